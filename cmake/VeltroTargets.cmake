@@ -1,0 +1,64 @@
+# The kinds of target that this project has. Every target of ours is made by one of these
+# functions, so that warnings, unity builds and sanitizers are decided in one place.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_AUTOMOC OFF)
+
+# The private folder that holds the executables and Contents/: the bundle root of this build.
+set(VELTRO_BUNDLE_DIR "${PROJECT_BINARY_DIR}/bundle")
+
+if(VELTRO_SANITIZER)
+    add_compile_options(-fsanitize=${VELTRO_SANITIZER} -fno-omit-frame-pointer -g1)
+    add_link_options(-fsanitize=${VELTRO_SANITIZER})
+endif()
+
+function(veltro_compile_settings target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Werror)
+    target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS)
+    target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}")
+    set_target_properties(${target} PROPERTIES
+        UNITY_BUILD ${VELTRO_UNITY}
+        UNITY_BUILD_BATCH_SIZE 0
+        POSITION_INDEPENDENT_CODE ON)
+endfunction()
+
+# veltro_library(<name> SOURCES <files> [LINK <public libraries>] [LINK_PRIVATE <libraries>])
+function(veltro_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK;LINK_PRIVATE")
+    add_library(${name} STATIC ${arg_SOURCES})
+    target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE ${arg_LINK_PRIVATE})
+    veltro_compile_settings(${name})
+endfunction()
+
+# veltro_executable(<name> SOURCES <files> [LINK <libraries>]): a program in the bundle root.
+function(veltro_executable name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ${arg_LINK})
+    veltro_compile_settings(${name})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${VELTRO_BUNDLE_DIR}")
+endfunction()
+
+# veltro_test(<name> SOURCES <files> [LINK <libraries>] [TIMEOUT <seconds>] [NO_CTEST])
+#
+# A test program, built into the bundle root so that it finds the bundle as the program does.
+# Sources with a Q_OBJECT in the .cpp end with #include "tst_<name>.moc".
+function(veltro_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "NO_CTEST" "TIMEOUT" "SOURCES;LINK")
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ${arg_LINK} Qt6::Core Qt6::Test)
+    veltro_compile_settings(${name})
+    set_target_properties(${name} PROPERTIES
+        AUTOMOC ON
+        UNITY_BUILD OFF
+        RUNTIME_OUTPUT_DIRECTORY "${VELTRO_BUNDLE_DIR}")
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    if(NOT arg_NO_CTEST)
+        add_test(NAME ${name} COMMAND ${name})
+        set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT})
+    endif()
+endfunction()
