@@ -29,4 +29,4 @@ std::filesystem::path Bundle::plugIns() const
     return m_root / "Contents/PlugIns";
 }
 
-} // namespace veltro
+}

@@ -28,4 +28,4 @@ private:
     const std::filesystem::path m_root;
 };
 
-} // namespace veltro
+}

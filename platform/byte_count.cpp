@@ -30,7 +30,7 @@ QString withoutTrailingZeros(QString number)
     return number;
 }
 
-} // namespace
+}
 
 QString fileByteCount(qint64 bytes)
 {
@@ -59,4 +59,4 @@ QString fileByteCount(qint64 bytes)
     return sign + text;
 }
 
-} // namespace veltro
+}

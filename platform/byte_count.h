@@ -10,4 +10,4 @@ namespace veltro {
 /// The decimal sign is a point. Any thread.
 [[nodiscard]] QString fileByteCount(qint64 bytes);
 
-} // namespace veltro
+}

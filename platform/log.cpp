@@ -34,7 +34,7 @@ std::string_view prefix(LogTag tag)
     return {};
 }
 
-} // namespace
+}
 
 void logLine(LogTag tag, std::string_view text)
 {
@@ -61,4 +61,4 @@ void setLogSink(std::function<void(std::string_view line)> sink)
     log.sink = std::move(sink);
 }
 
-} // namespace veltro
+}

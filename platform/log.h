@@ -21,4 +21,4 @@ void logLine(LogTag tag, std::string_view text);
 /// is called under the log's lock, on the thread that logs. For tests and for the crash report.
 void setLogSink(std::function<void(std::string_view line)> sink);
 
-} // namespace veltro
+}

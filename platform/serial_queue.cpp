@@ -54,4 +54,4 @@ void SerialQueue::run()
     }
 }
 
-} // namespace veltro
+}

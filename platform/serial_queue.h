@@ -52,4 +52,4 @@ private:
     std::thread m_thread;                     // last: it starts with everything above in place
 };
 
-} // namespace veltro
+}

@@ -75,4 +75,4 @@ public:
 /// @throws MediaToolsMissing
 MediaTools &mediaTools();
 
-} // namespace veltro::ffmpeg
+}
