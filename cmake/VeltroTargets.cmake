@@ -39,6 +39,7 @@ function(veltro_executable name)
     target_link_libraries(${name} PRIVATE ${arg_LINK})
     veltro_compile_settings(${name})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${VELTRO_BUNDLE_DIR}")
+    add_dependencies(${name} veltro_bundle)
 endfunction()
 
 # veltro_test(<name> SOURCES <files> [LINK <libraries>] [TIMEOUT <seconds>] [NO_CTEST])
@@ -54,6 +55,7 @@ function(veltro_test name)
         AUTOMOC ON
         UNITY_BUILD OFF
         RUNTIME_OUTPUT_DIRECTORY "${VELTRO_BUNDLE_DIR}")
+    add_dependencies(${name} veltro_bundle)
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
