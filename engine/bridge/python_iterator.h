@@ -24,7 +24,7 @@ private:
     [[noreturn]] void fail() const;
 
     const OnError m_onError;
-    std::optional<PythonObject> m_iterator;
+    std::optional<PythonObject> m_pythonIterator;
     std::optional<PythonObject> m_element; // nothing at the end
 };
 

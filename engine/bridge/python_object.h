@@ -56,7 +56,7 @@ public:
     {}
     /// Bytes that are not UTF-8 become the lone surrogates by which the interpreter itself carries
     /// such file names, so a path comes out of its file functions as it went in.
-    PythonObject(std::string_view text);
+    PythonObject(std::string_view text) : PythonObject(fromText(text)) {}
     PythonObject(const std::string &text) : PythonObject(std::string_view(text)) {}
     PythonObject(const char *text) : PythonObject(std::string_view(text)) {}
     PythonObject(const PythonBytes &bytes);
@@ -65,7 +65,8 @@ public:
     PythonObject(const std::optional<Value> &value)
         : PythonObject(value ? PythonObject(*value) : none())
     {}
-    PythonObject(const std::vector<PythonObject> &elements);
+    PythonObject(const std::vector<PythonObject> &elements) : PythonObject(fromElements(elements))
+    {}
     template <typename Element>
     PythonObject(const std::vector<Element> &elements)
         : PythonObject(std::vector<PythonObject>(elements.begin(), elements.end()))
@@ -121,6 +122,8 @@ private:
     static PythonObject fromSigned(std::int64_t value);
     static PythonObject fromUnsigned(std::uint64_t value);
     static PythonObject fromDouble(double value);
+    static PythonObject fromText(std::string_view text);
+    static PythonObject fromElements(const std::vector<PythonObject> &elements);
     static PythonObject
     fromEntries(const std::vector<std::pair<PythonObject, PythonObject>> &entries);
 

@@ -6,8 +6,8 @@
 
 namespace veltro {
 
-/// Ends the process for a reason that no caller could mend: writes the message as one line to
-/// standard error, shows the alert when one is set, and aborts. Any thread.
+/// Ends the process for a reason that no caller could mend: writes the message to standard error,
+/// shows the alert when one is set, and aborts. Any thread.
 [[noreturn]] void stopProcess(std::string_view message);
 
 /// What shows the message to the user before the process ends; an empty function shows nothing.

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/runtime/interpreter_scope.h"
+
+#include "engine/bridge/python_lock.h"
+#include "engine/runtime/startup_thread.h"
+
+#include <atomic>
+#include <thread>
+
+namespace veltro {
+namespace {
+
+// The jobs that enclose each other on this thread, and how many of them took the lock.
+thread_local int openScopes = 0;
+thread_local int lockedScopes = 0;
+
+/// The thread that started the interpreter and still holds its lock for that.
+std::atomic<std::thread::id> startupThread;
+
+} // namespace
+
+InterpreterScope::InterpreterScope()
+    : m_locked(python_lock::interpreterRuns()), m_state(m_locked ? python_lock::ensure() : 0)
+{
+    ++openScopes;
+    lockedScopes += m_locked ? 1 : 0;
+}
+
+InterpreterScope::~InterpreterScope()
+{
+    --openScopes;
+    if (m_locked) {
+        --lockedScopes;
+        python_lock::release(m_state);
+    }
+    if (openScopes == 0) {
+        releaseStartupThread();
+    }
+}
+
+bool InterpreterScope::isOutermost() const
+{
+    return openScopes == 1;
+}
+
+void setStartupThread()
+{
+    startupThread = std::this_thread::get_id();
+}
+
+void releaseStartupThread()
+{
+    // In a job that took the lock, the job gives it back; the start-up state lies below it.
+    if (lockedScopes > 0 || startupThread.load() != std::this_thread::get_id()) {
+        return;
+    }
+    startupThread = std::thread::id();
+    python_lock::saveThread();
+}
+
+} // namespace veltro
