@@ -32,6 +32,21 @@ function(veltro_library name)
     veltro_compile_settings(${name})
 endfunction()
 
+# veltro_module(<name> SOURCES <files> [LINK <libraries>])
+#
+# A library that is loaded on first use, from the bundle's Contents/PlugIns/<name>.so. Only what
+# its sources mark for export can be looked up in it.
+function(veltro_module name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
+    add_library(${name} MODULE ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ${arg_LINK})
+    veltro_compile_settings(${name})
+    set_target_properties(${name} PROPERTIES
+        PREFIX ""
+        LIBRARY_OUTPUT_DIRECTORY "${VELTRO_BUNDLE_DIR}/Contents/PlugIns")
+    target_link_options(${name} PRIVATE -Wl,--exclude-libs,ALL)
+endfunction()
+
 # veltro_executable(<name> SOURCES <files> [LINK <libraries>]): a program in the bundle root.
 function(veltro_executable name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
