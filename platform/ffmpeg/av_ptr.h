@@ -8,7 +8,6 @@
 namespace veltro::ffmpeg {
 
 /// Gives an object back to the FFmpeg libraries by the function that belongs to its type.
-/// An input's own byte stream, where it has one, is closed by the type that opened it.
 struct AvDeleter {
     void operator()(AVCodecContext *context) const { avcodec_free_context(&context); }
     void operator()(AVCodecParameters *parameters) const { avcodec_parameters_free(&parameters); }
@@ -21,9 +20,9 @@ struct AvDeleter {
     void operator()(SwsContext *context) const { sws_freeContext(context); }
 };
 
-/// Closes a demuxer; the byte stream goes with it unless AVFMT_FLAG_CUSTOM_IO says otherwise.
+/// Closes a demuxer and its byte stream, the libraries' own or that of openLocalInput().
 struct InputContextDeleter {
-    void operator()(AVFormatContext *context) const { avformat_close_input(&context); }
+    void operator()(AVFormatContext *context) const;
 };
 
 /// Frees a muxer. Its byte stream is left alone: closing can fail, so whoever writes closes it and

@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/ffmpeg/safe_input.h"
+
+#include "platform/ffmpeg/libav.h"
+#include "platform/ffmpeg/local_bytes.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace veltro::ffmpeg {
+namespace {
+
+constexpr const char *allowedDemuxers =
+    // what pages serve and what we write
+    "mov,mp4,m4a,3gp,3g2,mj2,matroska,webm,mpegts,flv,live_flv,ogg,mp3,aac,flac,wav,w64,"
+    // older containers
+    "avi,asf,mpeg,mpegvideo,rm,ivf,nut,mxf,dv,aiff,au,caf,amr,ac3,eac3,dts,truehd,ape,tta,wv,mpc,"
+    "mpc8,tak,"
+    // bare video
+    "h264,hevc,m4v,obu,av1,mjpeg,vc1,"
+    // pictures, one in a file
+    "gif,apng,bmp_pipe,gif_pipe,jpeg_pipe,jpegxl_pipe,png_pipe,tiff_pipe,webp_pipe,"
+    // texts
+    "webvtt,srt,ass,lrc,sami,subviewer,subviewer1,microdvd,mpl2,vplayer,stl,scc,realtext,jacosub,"
+    "ffmetadata";
+
+constexpr std::array<std::string_view, 14> networkProtocols{
+    "http",   "https",  "httpproxy", "rtmp", "rtmpe", "rtmps", "rtmpt",
+    "rtmpte", "rtmpts", "rtsp",      "tcp",  "tls",   "udp",   "ftp",
+};
+
+bool isProtocolCharacter(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '+' ||
+           c == '-' || c == '.';
+}
+
+int refuseToOpen(AVFormatContext *input, AVIOContext **, const char *name, int, AVDictionary **)
+{
+    av_log(input, AV_LOG_ERROR, "Not opening '%s': a local file may name no other\n", name);
+    return AVERROR(EPERM);
+}
+
+bool isAllowed(const AVInputFormat &format)
+{
+    return av_match_list(format.name, allowedDemuxers, ',') > 0;
+}
+
+// The name is taken into account first, as some texts are only known by it. A name may also
+// mislead: ".jpg" stands for a series of pictures, which is not allowed, over the single one.
+int recognise(AVFormatContext &input, const char *name, const AVInputFormat *&format)
+{
+    int score = av_probe_input_buffer2(input.pb, &format, name, &input, 0, input.format_probesize);
+    if (score >= 0 && !isAllowed(*format)) {
+        format = nullptr;
+        score = av_probe_input_buffer2(input.pb, &format, "", &input, 0, input.format_probesize);
+    }
+    if (score >= 0 && !isAllowed(*format)) {
+        av_log(&input, AV_LOG_ERROR, "Local files of the format '%s' are not read\n", format->name);
+        return AVERROR_INVALIDDATA;
+    }
+    return score;
+}
+
+// Frees a context that no demuxer has been attached to.
+struct UnopenedDeleter {
+    void operator()(AVFormatContext *input) const { avformat_free_context(input); }
+};
+using UnopenedPtr = std::unique_ptr<AVFormatContext, UnopenedDeleter>;
+
+// The caller's options come first: what guards the input is set over them, and the flag for our
+// own bytes must be in force before anything can fail with the bytes attached.
+int prepare(const LocalInputOptions &how, AVDictionary **options, AVIOContext *bytes,
+            UnopenedPtr &prepared)
+{
+    UnopenedPtr input(avformat_alloc_context());
+    if (!input) {
+        return AVERROR(ENOMEM);
+    }
+    input->opaque = how.log;
+    input->interrupt_callback = how.interrupt;
+    if (const int error = av_opt_set_dict(input.get(), options); error < 0) {
+        return error;
+    }
+    av_opt_set(input.get(), "format_whitelist", allowedDemuxers, 0);
+    av_opt_set(input.get(), "protocol_whitelist", "", 0); // names none
+    input->max_streams = std::min(input->max_streams, maxStreams);
+    input->io_open = refuseToOpen;
+    input->flags |= AVFMT_FLAG_CUSTOM_IO;
+    input->pb = bytes;
+    prepared = std::move(input);
+    return 0;
+}
+
+} // namespace
+
+InputName classifyInput(std::string_view name)
+{
+    if (name == "-") {
+        return {InputKind::standard, std::string(name)};
+    }
+    const auto end = std::find_if_not(name.begin(), name.end(), isProtocolCharacter);
+    if (end == name.end() || *end != ':') {
+        return {InputKind::localFile, std::string(name)};
+    }
+    const std::string_view protocol(name.begin(), end);
+    if (protocol == "file") {
+        return {InputKind::localFile, std::string(end + 1, name.end())};
+    }
+    if (protocol == "pipe") {
+        return {InputKind::standard, std::string(name)};
+    }
+    const auto *known = std::find(networkProtocols.begin(), networkProtocols.end(), protocol);
+    const bool isNetwork = known != networkProtocols.end();
+    return {isNetwork ? InputKind::network : InputKind::other, std::string(name)};
+}
+
+const char *localDemuxers()
+{
+    return allowedDemuxers;
+}
+
+int openLocalInput(const std::string &name, const LocalInputOptions &how, InputContextPtr &opened)
+{
+    if (how.format && !isAllowed(*how.format)) {
+        return AVERROR_INVALIDDATA;
+    }
+    LocalBytesPtr bytes;
+    if (const int error = openLocalBytes(classifyInput(name).path, bytes); error < 0) {
+        return error;
+    }
+    DictionaryPtr none;
+    DictionaryLoan options(how.options ? *how.options : none);
+    UnopenedPtr prepared;
+    if (const int error = prepare(how, options, bytes.get(), prepared); error < 0) {
+        return error;
+    }
+    const AVInputFormat *format = how.format;
+    const int score = format ? 0 : recognise(*prepared, name.c_str(), format);
+    if (score < 0) {
+        return score;
+    }
+    AVFormatContext *input = prepared.release();
+    if (const int error = avformat_open_input(&input, name.c_str(), format, options); error < 0) {
+        return error; // the call has freed the context
+    }
+    input->probe_score = score;
+    static_cast<void>(bytes.release()); // closed with the context from here on
+    opened.reset(input);
+    return 0;
+}
+
+int readStreamInformation(AVFormatContext &input)
+{
+    const unsigned known = input.nb_streams;
+    std::vector<AVDictionary *> options(known, nullptr);
+    for (AVDictionary *&forStream : options) {
+        av_dict_set_int(&forStream, "max_pixels", maxPixels, 0);
+    }
+    const int result = avformat_find_stream_info(&input, known ? options.data() : nullptr);
+    for (AVDictionary *&forStream : options) {
+        av_dict_free(&forStream);
+    }
+    return result;
+}
+
+} // namespace veltro::ffmpeg
