@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/ffmpeg/media_module.h"
+
+#include "platform/ffmpeg/probe_command.h"
+#include "platform/ffmpeg/runner_session.h"
+#include "platform/ffmpeg/stream_probe.h"
+
+namespace veltro::ffmpeg {
+namespace {
+
+// Holds nothing: each call keeps its own state, so that calls on several threads do not meet.
+class InProcessTools : public MediaTools {
+public:
+    std::unique_ptr<Session> makeSession() override { return makeRunnerSession(); }
+    CommandResult probe(std::span<const std::string> arguments) noexcept override
+    {
+        return runProbeCommand(arguments);
+    }
+    std::optional<std::vector<StreamInformation>>
+    streams(const std::filesystem::path &file) noexcept override
+    {
+        return probeStreams(file);
+    }
+};
+
+} // namespace
+} // namespace veltro::ffmpeg
+
+[[gnu::visibility("default")]] veltro::ffmpeg::MediaTools *veltroMediaTools() noexcept
+{
+    static veltro::ffmpeg::InProcessTools tools;
+    return &tools;
+}
