@@ -46,9 +46,14 @@ public:
     class Awaiter {
     public:
         explicit Awaiter(std::shared_ptr<State> state) : m_state(std::move(state)) {}
-        ~Awaiter() { m_state->forgetWaiting(); }
-        Awaiter(const Awaiter &) = delete;
-        Awaiter &operator=(const Awaiter &) = delete;
+        ~Awaiter()
+        {
+            if (m_state) {
+                m_state->forgetWaiting();
+            }
+        }
+        Awaiter(Awaiter &&) noexcept = default;
+        Awaiter &operator=(Awaiter &&) = delete;
         bool await_ready() const { return m_state->isReadable(); }
         bool await_suspend(std::coroutine_handle<> waiting) const { return m_state->wait(waiting); }
         std::optional<Event> await_resume() const { return m_state->take(); }
@@ -182,13 +187,16 @@ void EventStream<Event>::State::wakeReader()
         return;
     }
     wakePosted = true;
-    // The handle is looked up when the call arrives: the reader may be gone by then.
+    // The handle is looked up when the call arrives: by then the reader may be gone, or may have
+    // read everything on its own and wait for something else.
     auto resume = [state = this->shared_from_this()] {
         std::coroutine_handle<> reader;
         {
             const std::lock_guard guard(state->lock);
             state->wakePosted = false;
-            reader = std::exchange(state->waiting, nullptr);
+            if (state->ended || !state->events.empty()) {
+                reader = std::exchange(state->waiting, nullptr);
+            }
         }
         if (reader) {
             reader.resume();
