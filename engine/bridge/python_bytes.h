@@ -21,7 +21,8 @@ public:
 private:
     template <typename Value>
     friend struct PythonConversion;
-    explicit PythonBytes(PythonObject object) : m_object(std::move(object)) {}
+    struct Checked {};
+    PythonBytes(Checked, PythonObject object) : m_object(std::move(object)) {}
 
     PythonObject m_object; // always of the bytes type
 };

@@ -82,7 +82,7 @@ std::optional<PythonBytes> PythonConversion<PythonBytes>::read(const PythonObjec
         calls::clearError();
         return std::nullopt;
     }
-    return PythonBytes(object);
+    return PythonBytes(PythonBytes::Checked(), object);
 }
 
 PythonBytes::PythonBytes(std::string_view bytes)

@@ -75,11 +75,13 @@ void raiseHandled() noexcept
 
 PythonKeywords keywordsOf(PyObjectStruct *named)
 {
+    if (!named) {
+        return {};
+    }
     PythonKeywords result;
-    if (named) {
-        for (const auto &[key, value] : *entriesOf(PythonObject::borrow(named))) {
-            result.emplace_back(key.description(), value);
-        }
+    const auto entries = entriesOf(PythonObject::borrow(named)).value();
+    for (const auto &[key, value] : entries) {
+        result.emplace_back(key.description(), value);
     }
     return result;
 }
