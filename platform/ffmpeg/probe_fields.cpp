@@ -102,12 +102,6 @@ void addCodec(ReportSection &section, const AVCodecParameters &codec)
     section.addText("codec_tag", printed("0x%04" PRIx32, codec.codec_tag));
 }
 
-// The libraries' word for what is not given is "unknown", which is nothing to tell.
-void addColour(ReportSection &section, const char *name, const char *value, bool isGiven)
-{
-    addTextOr(section, name, isGiven ? value : nullptr, "unknown");
-}
-
 const char *fieldOrderName(AVFieldOrder order)
 {
     switch (order) {
@@ -142,6 +136,32 @@ void addAspect(ReportSection &section, AVFormatContext &input, AVStream &stream)
     addRatio(section, "display_aspect_ratio", display, ':');
 }
 
+// Each of these has a name for "not given", which is nothing to tell.
+void addColours(ReportSection &section, const AVCodecParameters &codec)
+{
+    struct Property {
+        const char *name;
+        const char *value;
+        bool isGiven;
+        const char *absent;
+    };
+    for (const Property &property : {
+             Property{"color_range", av_color_range_name(codec.color_range),
+                      codec.color_range != AVCOL_RANGE_UNSPECIFIED, "unknown"},
+             Property{"color_space", av_color_space_name(codec.color_space),
+                      codec.color_space != AVCOL_SPC_UNSPECIFIED, "unknown"},
+             Property{"color_transfer", av_color_transfer_name(codec.color_trc),
+                      codec.color_trc != AVCOL_TRC_UNSPECIFIED, "unknown"},
+             Property{"color_primaries", av_color_primaries_name(codec.color_primaries),
+                      codec.color_primaries != AVCOL_PRI_UNSPECIFIED, "unknown"},
+             Property{"chroma_location", av_chroma_location_name(codec.chroma_location),
+                      codec.chroma_location != AVCHROMA_LOC_UNSPECIFIED, "unspecified"},
+         }) {
+        addTextOr(section, property.name, property.isGiven ? property.value : nullptr,
+                  property.absent);
+    }
+}
+
 void addVideo(ReportSection &section, AVFormatContext &input, AVStream &stream,
               const AVCodecContext *decoder)
 {
@@ -149,27 +169,18 @@ void addVideo(ReportSection &section, AVFormatContext &input, AVStream &stream,
     section.addNumber("width", codec.width);
     section.addNumber("height", codec.height);
     if (decoder) {
-        const unsigned properties = decoder->properties;
         section.addNumber("coded_width", decoder->coded_width);
         section.addNumber("coded_height", decoder->coded_height);
-        section.addNumber("closed_captions", (properties & FF_CODEC_PROPERTY_CLOSED_CAPTIONS) != 0);
-        section.addNumber("film_grain", (properties & FF_CODEC_PROPERTY_FILM_GRAIN) != 0);
+        section.addNumber("closed_captions",
+                          (decoder->properties & FF_CODEC_PROPERTY_CLOSED_CAPTIONS) != 0);
+        section.addNumber("film_grain", (decoder->properties & FF_CODEC_PROPERTY_FILM_GRAIN) != 0);
     }
     section.addNumber("has_b_frames", codec.video_delay);
     addAspect(section, input, stream);
     addTextOr(section, "pix_fmt", av_get_pix_fmt_name(static_cast<AVPixelFormat>(codec.format)),
               "unknown");
     section.addNumber("level", codec.level);
-    addColour(section, "color_range", av_color_range_name(codec.color_range),
-              codec.color_range != AVCOL_RANGE_UNSPECIFIED);
-    addColour(section, "color_space", av_color_space_name(codec.color_space),
-              codec.color_space != AVCOL_SPC_UNSPECIFIED);
-    addColour(section, "color_transfer", av_color_transfer_name(codec.color_trc),
-              codec.color_trc != AVCOL_TRC_UNSPECIFIED);
-    addColour(section, "color_primaries", av_color_primaries_name(codec.color_primaries),
-              codec.color_primaries != AVCOL_PRI_UNSPECIFIED);
-    addColour(section, "chroma_location", av_chroma_location_name(codec.chroma_location),
-              codec.chroma_location != AVCHROMA_LOC_UNSPECIFIED);
+    addColours(section, codec);
     addTextOr(section, "field_order", fieldOrderName(codec.field_order), "unknown");
     if (decoder) {
         section.addNumber("refs", decoder->refs);

@@ -88,15 +88,8 @@ private:
     bool takeOption(std::string_view name, std::span<const std::string> rest)
     {
         const KnownOption *known = findOption(name);
-        if (!known && name.starts_with("no")) {
-            const KnownOption *negated = findOption(name.substr(2));
-            if (negated && !negated->hasValue) {
-                setFlag(negated->option, false);
-                return false;
-            }
-        }
         if (known && !known->hasValue) {
-            setFlag(known->option, true);
+            apply(known->option, name, {});
             return false;
         }
         if (rest.empty()) {
@@ -104,44 +97,25 @@ private:
             return false;
         }
         if (known) {
-            setValue(known->option, name, rest.front());
+            apply(known->option, name, rest.front());
         } else {
             refuseValue(name, rest.front(), "Option not found");
         }
         return true;
     }
 
-    void setFlag(ProbeOption option, bool value)
+    void apply(ProbeOption option, std::string_view name, const std::string &value)
     {
         switch (option) {
         case ProbeOption::showFormat:
-            m_options.showFormat = value;
+            m_options.showFormat = true;
             return;
         case ProbeOption::showStreams:
-            m_options.showStreams = value;
+            m_options.showStreams = true;
             return;
         case ProbeOption::hideBanner:
-            m_options.hideBanner = value;
-            return;
-        case ProbeOption::version:
             m_options.hideBanner = true;
-            end(0, {}, versionText("ffprobe"));
             return;
-        case ProbeOption::bitstreamFilters:
-            end(0, {}, bitstreamFiltersText());
-            return;
-        case ProbeOption::reportFormat:
-        case ProbeOption::logLevel:
-        case ProbeOption::input:
-        case ProbeOption::inputFormat:
-        case ProbeOption::selectStreams:
-            return;
-        }
-    }
-
-    void setValue(ProbeOption option, std::string_view name, const std::string &value)
-    {
-        switch (option) {
         case ProbeOption::reportFormat:
             setReportFormat(value);
             return;
@@ -154,31 +128,26 @@ private:
         case ProbeOption::inputFormat:
             m_options.inputFormat = av_find_input_format(value.c_str());
             if (!m_options.inputFormat) {
-                end(1, "Unknown input format: " + value + "\n" +
-                           refusal(name, value, "Invalid argument"));
+                refuseValue(name, value, "Invalid argument");
             }
             return;
         case ProbeOption::selectStreams:
             m_options.streamSelection = value;
             return;
-        case ProbeOption::showFormat:
-        case ProbeOption::showStreams:
-        case ProbeOption::hideBanner:
         case ProbeOption::version:
+            m_options.hideBanner = true;
+            end(0, {}, versionText("ffprobe"));
+            return;
         case ProbeOption::bitstreamFilters:
+            end(0, {}, bitstreamFiltersText());
             return;
         }
     }
 
-    static std::string refusal(std::string_view name, const std::string &value, const char *why)
-    {
-        return "Failed to set value '" + value + "' for option '" + std::string(name) +
-               "': " + why + "\n";
-    }
-
     void refuseValue(std::string_view name, const std::string &value, const char *why)
     {
-        end(1, refusal(name, value, why));
+        end(1, "Failed to set value '" + value + "' for option '" + std::string(name) +
+                   "': " + why + "\n");
     }
 
     void setReportFormat(const std::string &name)

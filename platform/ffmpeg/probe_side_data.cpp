@@ -21,7 +21,7 @@ std::string matrixText(const DisplayMatrix &matrix)
     std::string text("\n");
     for (unsigned row = 0; row < 3; ++row) {
         std::array<char, 64> line{};
-        std::snprintf(line.data(), line.size(), "%08x: %11d %11d %11d\n", row, matrix[row * 3],
+        std::snprintf(line.data(), line.size(), "%08x:  %11d %11d %11d\n", row, matrix[row * 3],
                       matrix[row * 3 + 1], matrix[row * 3 + 2]);
         text.append(line.data());
     }

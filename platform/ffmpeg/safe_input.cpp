@@ -53,15 +53,20 @@ bool isAllowed(const AVInputFormat &format)
 
 // The name is taken into account first, as some texts are only known by it. A name may also
 // mislead: ".jpg" stands for a series of pictures, which is not allowed, over the single one.
-int recognise(AVFormatContext &input, const char *name, const AVInputFormat *&format)
+// @returns how sure the answer in input.iformat is, or an AVERROR code.
+int recognise(AVFormatContext &input, const char *name)
 {
-    int score = av_probe_input_buffer2(input.pb, &format, name, &input, 0, input.format_probesize);
-    if (score >= 0 && !isAllowed(*format)) {
-        format = nullptr;
-        score = av_probe_input_buffer2(input.pb, &format, "", &input, 0, input.format_probesize);
+    const auto tryWith = [&](const char *hint) {
+        input.iformat = nullptr;
+        return av_probe_input_buffer2(input.pb, &input.iformat, hint, &input, 0,
+                                      input.format_probesize);
+    };
+    int score = tryWith(name);
+    if (score >= 0 && !isAllowed(*input.iformat)) {
+        score = tryWith("");
     }
-    if (score >= 0 && !isAllowed(*format)) {
-        av_log(&input, AV_LOG_ERROR, "Local files of the format '%s' are not read\n", format->name);
+    if (score >= 0 && !isAllowed(*input.iformat)) {
+        av_log(&input, AV_LOG_ERROR, "Local files of this format are not read\n");
         return AVERROR_INVALIDDATA;
     }
     return score;
@@ -140,11 +145,11 @@ int openLocalInput(const std::string &name, const LocalInputOptions &how, InputC
     if (const int error = prepare(how, options, bytes.get(), prepared); error < 0) {
         return error;
     }
-    const AVInputFormat *format = how.format;
-    const int score = format ? 0 : recognise(*prepared, name.c_str(), format);
+    const int score = how.format ? 0 : recognise(*prepared, name.c_str());
     if (score < 0) {
         return score;
     }
+    const AVInputFormat *format = how.format ? how.format : prepared->iformat;
     AVFormatContext *input = prepared.release();
     if (const int error = avformat_open_input(&input, name.c_str(), format, options); error < 0) {
         return error; // the call has freed the context
