@@ -1,0 +1,139 @@
+# SPDX-FileCopyrightText: Veltro contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Pages that can be saved: what stands in the folder afterwards."""
+
+import unittest
+
+import harness
+from harness import decoded, names, run, streams, url
+
+# Page, streams of the saved file, side files' endings.
+SAVED = [
+    ("/plain", ["h264", "aac"], []),
+    ("/og-video", ["h264", "aac"], ["jpg"]),
+    ("/direct/clip.mp4", ["h264", "aac"], []),
+    ("/jsonld", ["h264", "aac", "mov_text"], ["jpg"]),
+    ("/dash/h264-aac", ["h264", "aac"], ["jpg"]),
+    ("/dash/vp9-opus", ["h264", "opus"], ["jpg"]),
+    ("/dash/av1-opus", ["h264", "opus"], ["jpg"]),
+    ("/hls/ts", ["h264", "aac", "mov_text"], ["jpg"]),
+    ("/hls/fmp4", ["h264", "aac", "mov_text"], ["jpg"]),
+    ("/hls/aes", ["h264", "aac"], ["jpg"]),
+    ("/live/ends", ["h264", "aac"], ["jpg"]),
+    ("/codec/vp9-opus", ["h264", "opus"], []),
+    ("/codec/mpeg4-mp3", ["mpeg4", "mp3"], []),
+    ("/audio/aac", ["aac"], []),
+    ("/audio/opus", ["opus"], []),
+    ("/audio/mp3-cover", ["mp3", "mjpeg"], []),
+    ("/subtitles/missing", ["h264", "aac"], []),
+    ("/subtitles/ttml", ["h264", "aac"], ["ttml"]),
+    ("/thumbnail/relative", ["h264", "aac"], ["jpg"]),
+    ("/thumbnail/missing", ["h264", "aac"], []),
+    ("/redirect/chain", ["h264", "aac"], []),
+    ("/no-ranges", ["h264", "aac"], []),
+    ("/dropped", ["h264", "aac"], []),
+    ("/charset/meta", ["h264", "aac"], []),
+    ("/with%20space/%D0%B8%20%D0%BA%D0%B8%D1%80%D0%B8%D0%BB%D0%BB%D0%B8%D1%86%D0%B0",
+     ["h264", "aac"], []),
+]
+
+HOSTILE = ["slashes", "absolute", "two-dots", "dots", "leading-dot", "leading-dash", "nul",
+           "controls", "newline", "bidi", "cyrillic", "latin", "combining", "emoji", "surrogate",
+           "template", "shell", "markup", "separators", "empty", "blank", "extension",
+           "nul-entity"]
+
+
+class Pages(harness.Case):
+    def test_a_page_becomes_one_playable_file(self):
+        for page, codecs, endings in SAVED:
+            with self.subTest(page), self.fresh() as folder:
+                outcome = self.save(page)
+                self.assertEqual(outcome.code, 0, outcome.error + outcome.log)
+                file = outcome.files[0]
+                self.assertEqual(sorted(streams(file)), sorted(codecs))
+                self.assertTrue(decoded(file))
+                others = [name for name in names(folder) if name != file.name]
+                self.assertEqual(sorted(name.rsplit(".", 1)[1] for name in others), endings)
+                self.assertEqual(file.parent, folder)
+
+    def test_the_events_tell_the_story_in_order(self):
+        outcome = self.save("/jsonld")
+        kinds = [event["event"] for event in outcome.events]
+        self.assertEqual((kinds[0], kinds[-1]), ("started", "finished"))
+        self.assertEqual(kinds.count("started"), 1)
+        self.assertIn("progress", kinds)
+        self.assertIn("Merger", outcome.stages)
+        self.assertEqual(outcome.events[0]["info"]["durationSeconds"], 2)
+        for event in outcome.named("progress"):
+            self.assertLessEqual(event["bytesDone"], event.get("bytesTotal", event["bytesDone"]))
+        log = outcome.log
+        for line in ("[veltro] download start url=", "[veltro] outTemplate=",
+                     "[veltro] downloadsDir exists=yes",
+                     "[veltro] YoutubeDL constructed; extract_info…",
+                     "[veltro] extract_info returned: ok", "[veltro] ydl.download() starting…",
+                     "[veltro] ydl.download() returned. finalPath=", "[veltro] result file path="):
+            self.assertEqual(log.count(line), 1, line)
+
+    def test_a_page_is_asked_for_once(self):
+        self.assertEqual(self.save("/jsonld").code, 0)
+        pages = [request for request in harness.requests_for("/jsonld")
+                 if request["method"] == "GET"]
+        probing_needs = 2  # the generic extractor looks at the head of the body first
+        self.assertLessEqual(len(pages), probing_needs)
+        self.assertEqual(len(harness.requests_for("/ondemand.mpd")), 1)
+
+    def test_every_video_of_a_page_is_saved_and_the_last_is_reported(self):
+        outcome = self.save("/several")
+        self.assertEqual(outcome.code, 0, outcome.error)
+        saved = [name for name in names(self.folder) if name.endswith(".mp4")]
+        self.assertEqual(len(saved), 3)
+        self.assertEqual(len(outcome.files), 1)
+        self.assertIn("(3)", outcome.files[0].name)
+
+    def test_a_hostile_title_names_a_file_in_the_folder(self):
+        outcome = self.save(*[f"/title/{name}" for name in HOSTILE])
+        self.assertEqual(outcome.error, "")
+        self.assertEqual(len(outcome.files), len(HOSTILE))
+        for file in outcome.files:
+            self.assertEqual(file.parent, self.folder)
+            self.assertTrue(file.is_file(), file)
+            self.assertLessEqual(len(file.name.encode()), 255)
+            self.assertFalse(file.name.startswith(("-", ".")), file.name)
+        inside = {self.folder, *self.folder.iterdir()}
+        self.assertEqual({path for path in self.folder.rglob("*")} - inside, set())
+        for line in outcome.log.splitlines():
+            self.assertRegex(line, r"^\[(veltro|ffmpeg)\] ")
+
+    def test_cookies_are_read_and_the_file_stays_as_it_was(self):
+        cookies = self.folder / "cookies.txt"
+        original = (harness.ROOT / "tests/site/cookies/session.txt").read_bytes()
+        cookies.write_bytes(original)
+        outcome = self.save("/cookies", "--cookies", cookies)
+        self.assertEqual(outcome.code, 0, outcome.error)
+        self.assertEqual(cookies.read_bytes(), original)
+        refused = run("probe", url("/cookies"), "--cookies",
+                      harness.ROOT / "tests/site/cookies/other.txt")
+        self.assertIn("403", refused.error)
+
+    def test_a_percent_sign_in_the_folder_is_taken_as_it_stands(self):
+        with self.fresh() as folder:
+            self.folder = folder / "50%(id)s %d"
+            self.folder.mkdir()
+            outcome = self.save("/plain")
+            self.assertEqual(outcome.code, 0, outcome.error)
+            self.assertEqual(outcome.files[0].parent, self.folder)
+
+    def test_a_probe_tells_what_a_page_offers(self):
+        info = run("probe", url("/jsonld")).events[0]
+        self.assertEqual(len(info["formats"]), 3)
+        self.assertEqual([track["id"] for track in info["subtitles"]], ["en-vtt"])
+        single = run("probe", url("/og-video")).events[0]
+        self.assertEqual(len(single["formats"]), 1)
+        self.assertEqual(single["formats"][0]["ext"], "mp4")
+        several = run("probe", url("/several")).events[0]
+        self.assertTrue(several["isPlaylist"])
+        self.assertEqual(len(several["playlistEntries"]), 3)
+
+
+if __name__ == "__main__":
+    unittest.main()
