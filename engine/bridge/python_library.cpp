@@ -111,6 +111,15 @@ void *find()
     return path ? open(path) : search();
 }
 
+void loadOrStop()
+{
+    try {
+        PythonLibrary::load();
+    } catch (const PythonLibrary::Error &error) {
+        stopProcess(error.what());
+    }
+}
+
 } // namespace
 
 const char *PythonLibrary::Error::what() const noexcept
@@ -125,6 +134,9 @@ const char *PythonLibrary::Error::what() const noexcept
 
 void PythonLibrary::load()
 {
+    if (libraryHandle) {
+        return;
+    }
     const std::lock_guard guard(loadLock);
     if (libraryHandle) {
         return;
@@ -142,19 +154,14 @@ void PythonLibrary::load()
 
 void *PythonLibrary::symbol(const char *name)
 {
-    if (!libraryHandle) {
-        try {
-            load();
-        } catch (const Error &error) {
-            stopProcess(error.what());
-        }
-    }
+    loadOrStop();
     tellLoader(std::string("Loading symbol '") + name + "' from the Python library...");
     return dlsym(libraryHandle, name);
 }
 
 bool PythonLibrary::isLegacy()
 {
+    loadOrStop();
     return legacyLibrary;
 }
 

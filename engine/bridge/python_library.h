@@ -28,7 +28,7 @@ public:
     /// name. A library that cannot be found stops the process.
     [[nodiscard]] static void *symbol(const char *name);
 
-    /// Whether the loaded library has the names of before version 3.
+    /// Whether the library has the names of before version 3; stops the process likewise.
     [[nodiscard]] static bool isLegacy();
 };
 

@@ -15,11 +15,6 @@ void *Symbol::find()
         return address;
     }
     std::call_once(m_once, [this] {
-        try {
-            PythonLibrary::load();
-        } catch (const PythonLibrary::Error &error) {
-            stopProcess(error.what());
-        }
         const bool legacy = m_legacyName && PythonLibrary::isLegacy();
         m_address = PythonLibrary::symbol(legacy ? m_legacyName : m_name);
     });

@@ -76,8 +76,10 @@ void PythonObjectTest::throwingFormThrowsTheException()
              "TypeError: 'tuple' object does not support item assignment");
     QCOMPARE(message([&] { view.removeItem(0); }),
              "TypeError: 'tuple' object doesn't support item deletion");
-    QCOMPARE(message([&] { view.setAttr("a", 1); }),
-             "AttributeError: 'tuple' object has no attribute 'a'");
+    // Newer interpreters add a reason.
+    QVERIFY(message([&] {
+                view.setAttr("a", 1);
+            }).starts_with("AttributeError: 'tuple' object has no attribute 'a'"));
     QCOMPARE(message([&] { Python().attr("int").throwing().call({"x"}); }),
              "ValueError: invalid literal for int() with base 10: 'x'");
     QVERIFY(!pythonErrorPending());
