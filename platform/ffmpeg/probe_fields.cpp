@@ -260,7 +260,12 @@ void addDisposition(ReportSection &section, int disposition)
 CodecContextPtr openDecoder(const AVStream &stream)
 {
     const AVCodec *codec = avcodec_find_decoder(stream.codecpar->codec_id);
-    CodecContextPtr decoder(codec ? avcodec_alloc_context3(codec) : nullptr);
+    if (!codec) {
+        av_log(nullptr, AV_LOG_WARNING, "Unsupported codec with id %d for input stream %d\n",
+               stream.codecpar->codec_id, stream.index);
+        return nullptr;
+    }
+    CodecContextPtr decoder(avcodec_alloc_context3(codec));
     if (!decoder || avcodec_parameters_to_context(decoder.get(), stream.codecpar) < 0) {
         return nullptr;
     }

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/platform/ffmpeg/stock_tool.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace veltro::ffmpeg {
+
+ToolAnswer runTool(const QString &program, const QStringList &arguments)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.start(program, arguments);
+    process.waitForFinished(-1);
+    const bool ended =
+        process.error() != QProcess::FailedToStart && process.exitStatus() == QProcess::NormalExit;
+    return {ended ? process.exitCode() : -1, process.readAllStandardOutput(),
+            process.readAllStandardError()};
+}
+
+bool makeMedia(const QStringList &arguments)
+{
+    const ToolAnswer answer = runTool(
+        u"ffmpeg"_s, QStringList{u"-hide_banner"_s, u"-v"_s, u"error"_s, u"-y"_s} + arguments);
+    return QTest::qVerify(answer.code == 0, "ffmpeg makes the media", answer.log.constData(),
+                          __FILE__, __LINE__);
+}
+
+bool writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    const bool written =
+        file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
+    return QTest::qVerify(written, "the file is written", qPrintable(path), __FILE__, __LINE__);
+}
+
+QByteArray comparable(const QByteArray &log)
+{
+    static const QRegularExpression address(u"@ 0x[0-9a-f]+"_s);
+    return QString::fromUtf8(log).replace(address, u"@ 0x0"_s).toUtf8();
+}
+
+} // namespace veltro::ffmpeg

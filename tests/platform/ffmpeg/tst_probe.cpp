@@ -1,0 +1,399 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/ffmpeg/media_tools.h"
+#include "tests/platform/ffmpeg/stock_tool.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <barrier>
+#include <cstdlib>
+#include <locale.h>
+#include <string>
+#include <sys/stat.h>
+#include <thread>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+using namespace veltro::ffmpeg;
+
+namespace {
+
+CommandResult probe(const QStringList &arguments)
+{
+    std::vector<std::string> texts;
+    for (const QString &argument : arguments) {
+        texts.push_back(argument.toStdString());
+    }
+    return mediaTools().probe(texts);
+}
+
+QByteArray bytes(const std::string &text)
+{
+    return QByteArray::fromStdString(text);
+}
+
+QByteArray lastLine(const QByteArray &log)
+{
+    return log.trimmed().split('\n').last();
+}
+
+// What this process holds in memory, in bytes.
+qint64 residentBytes()
+{
+    QFile status(u"/proc/self/statm"_s);
+    if (!status.open(QIODevice::ReadOnly)) {
+        return -1;
+    }
+    return status.readAll().split(' ').value(1).toLongLong() * 4096;
+}
+
+const QStringList asJson{u"-hide_banner"_s, u"-show_format"_s, u"-show_streams"_s,
+                         u"-print_format"_s, u"json"_s};
+
+} // namespace
+
+class TestProbe : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void answersAsTheToolDoes_data();
+    void answersAsTheToolDoes();
+    void refusesAsTheToolDoes_data();
+    void refusesAsTheToolDoes();
+    void readsItsOptionsAsTheToolDoes_data();
+    void readsItsOptionsAsTheToolDoes();
+    void tellsVersionsInTheFormThatCallersTakeApart();
+    void keepsJsonValidWhateverIsInTheTags();
+    void namesTheStreamsOfAFile_data();
+    void namesTheStreamsOfAFile();
+    void namesNoStreamsOfWhatIsNotMedia();
+    void twoProbesAtOnceKeepTheirLogsApart();
+    void writesNumbersWithAPointUnderACommaLocale();
+    void doesNotGrowWithTheNumberOfProbes();
+
+private:
+    [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
+    [[nodiscard]] QString argument(const QString &name) const { return u"file:"_s + path(name); }
+    void makeBrokenFiles();
+
+    QTemporaryDir m_folder;
+};
+
+void TestProbe::initTestCase()
+{
+    QVERIFY(m_folder.isValid());
+    const QStringList source{
+        u"-f"_s, u"lavfi"_s, u"-i"_s, u"testsrc2=d=0.4:s=160x90,format=yuv420p"_s,
+        u"-f"_s, u"lavfi"_s, u"-i"_s, u"sine=d=0.4"_s};
+    const QString clip = path(u"clip.mp4"_s);
+    QVERIFY(writeFile(path(u"text.srt"_s), "1\n00:00:00,000 --> 00:00:00,300\nhello\n"));
+    QVERIFY(writeFile(path(u"text.vtt"_s), "WEBVTT\n\n00:00.000 --> 00:00.300\nhello\n"));
+    QVERIFY(
+        makeMedia(source + QStringList{u"-c:v"_s, u"libx264"_s, u"-c:a"_s, u"aac"_s, u"-metadata"_s,
+                                       u"title=a \"title\" \\ with\nlines"_s, clip}));
+    QVERIFY(makeMedia(source + QStringList{u"-c:v"_s, u"libvpx-vp9"_s, u"-c:a"_s, u"libopus"_s,
+                                           path(u"clip.webm"_s), path(u"clip.ts"_s),
+                                           path(u"clip.flv"_s), u"-c:v"_s, u"libtheora"_s,
+                                           path(u"clip.ogg"_s)}));
+    QVERIFY(makeMedia({u"-i"_s,  clip,
+                       u"-vn"_s, path(u"sound.mp3"_s),
+                       u"-vn"_s, path(u"sound.flac"_s),
+                       u"-vn"_s, path(u"sound.wav"_s),
+                       u"-vn"_s, path(u"sound.aac"_s),
+                       u"-vn"_s, path(u"sound.m4a"_s),
+                       u"-an"_s, u"-frames:v"_s,
+                       u"1"_s,   path(u"picture.png"_s),
+                       u"-an"_s, u"-frames:v"_s,
+                       u"1"_s,   path(u"picture.jpg"_s)}));
+    QVERIFY(
+        makeMedia({u"-i"_s, clip, u"-i"_s, path(u"text.srt"_s), u"-map"_s, u"0"_s, u"-map"_s,
+                   u"1"_s, u"-c"_s, u"copy"_s, u"-c:s"_s, u"mov_text"_s, u"-metadata:s:s:0"_s,
+                   u"language=eng"_s, u"-metadata:s:v"_s, u"rotate=90"_s, path(u"turned.mp4"_s)}));
+    QVERIFY(makeMedia({u"-i"_s, clip, u"-i"_s, path(u"text.srt"_s), u"-map"_s, u"0"_s, u"-map"_s,
+                       u"1"_s, u"-c"_s, u"copy"_s, u"-attach"_s, path(u"text.vtt"_s),
+                       u"-metadata:s:t"_s, u"mimetype=text/vtt"_s, path(u"attached.mkv"_s)}));
+    QVERIFY(makeMedia({u"-i"_s, path(u"sound.mp3"_s), u"-i"_s, path(u"picture.jpg"_s), u"-map"_s,
+                       u"0"_s, u"-map"_s, u"1"_s, u"-c"_s, u"copy"_s, path(u"cover.mp3"_s)}));
+    makeBrokenFiles();
+}
+
+void TestProbe::makeBrokenFiles()
+{
+    QFile whole(path(u"clip.mp4"_s));
+    QVERIFY(whole.open(QIODevice::ReadOnly));
+    QVERIFY(writeFile(path(u"cut.mp4"_s), whole.read(whole.size() / 2)));
+    QVERIFY(writeFile(path(u"empty.mp4"_s), {}));
+    QByteArray noise;
+    quint32 state = 1;
+    for (int i = 0; i < 6000; ++i) {
+        state = state * 1664525 + 1013904223;
+        noise.append(static_cast<char>(state >> 24));
+    }
+    QVERIFY(writeFile(path(u"noise.mp4"_s), noise));
+    QVERIFY(QDir(m_folder.path()).mkdir(u"folder.mp4"_s));
+}
+
+void TestProbe::answersAsTheToolDoes_data()
+{
+    QTest::addColumn<QString>("file");
+    for (const char *name :
+         {"clip.mp4", "clip.webm", "clip.ts", "clip.flv", "clip.ogg", "sound.mp3", "sound.flac",
+          "sound.wav", "sound.aac", "sound.m4a", "picture.png", "turned.mp4", "attached.mkv",
+          "cover.mp3", "text.srt", "text.vtt"}) {
+        QTest::newRow(name) << QString::fromLatin1(name);
+    }
+}
+
+void TestProbe::answersAsTheToolDoes()
+{
+    QFETCH(QString, file);
+    for (const QStringList &options :
+         {asJson, QStringList{u"-hide_banner"_s, u"-show_streams"_s},
+          QStringList{u"-v"_s, u"quiet"_s, u"-show_format"_s, u"-of"_s, u"default"_s, u"-i"_s}}) {
+        const ToolAnswer expected = runTool(u"ffprobe"_s, options + QStringList{argument(file)});
+        QCOMPARE(expected.code, 0);
+        const CommandResult answer = probe(options + QStringList{argument(file)});
+        QCOMPARE(bytes(answer.output), expected.output);
+        QCOMPARE(comparable(bytes(answer.log)), comparable(expected.log));
+        QCOMPARE(answer.code, 0);
+    }
+}
+
+void TestProbe::refusesAsTheToolDoes_data()
+{
+    QTest::addColumn<QString>("file");
+    for (const char *name : {"cut.mp4", "empty.mp4", "noise.mp4", "folder.mp4", "missing.mp4"}) {
+        QTest::newRow(name) << QString::fromLatin1(name);
+    }
+}
+
+void TestProbe::refusesAsTheToolDoes()
+{
+    QFETCH(QString, file);
+    for (const QStringList &options :
+         {asJson, QStringList{u"-hide_banner"_s, u"-show_streams"_s}}) {
+        const ToolAnswer expected = runTool(u"ffprobe"_s, options + QStringList{argument(file)});
+        QCOMPARE(expected.code, 1);
+        const CommandResult answer = probe(options + QStringList{argument(file)});
+        QCOMPARE(answer.code, 1);
+        QCOMPARE(bytes(answer.output), expected.output);
+        QCOMPARE(lastLine(bytes(answer.log)), lastLine(expected.log));
+    }
+}
+
+void TestProbe::readsItsOptionsAsTheToolDoes_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    const QString clip = argument(u"clip.mp4"_s);
+    QTest::newRow("an unknown option") << QStringList{u"-nonsense"_s, clip};
+    QTest::newRow("an unknown option at the end") << QStringList{clip, u"-nonsense"_s};
+    QTest::newRow("a value is missing") << QStringList{clip, u"-of"_s};
+    QTest::newRow("an unknown form") << QStringList{u"-of"_s, u"nonsense"_s, clip};
+    QTest::newRow("an unknown demuxer") << QStringList{u"-f"_s, u"nonsense"_s, clip};
+    QTest::newRow("two files") << QStringList{clip, u"file:other.mp4"_s};
+    QTest::newRow("an unknown protocol") << QStringList{u"nonsense:x"_s};
+    QTest::newRow("a name behind the options") << QStringList{u"--"_s, u"-missing"_s};
+    QTest::newRow("nothing to show") << QStringList{clip};
+    QTest::newRow("streams of a kind")
+        << QStringList{u"-show_streams"_s, u"-select_streams"_s, u"a"_s, clip};
+    QTest::newRow("the demuxer is given")
+        << QStringList{u"-show_format"_s, u"-f"_s, u"mp3"_s, argument(u"sound.mp3"_s)};
+    QTest::newRow("quiet behind the file") << QStringList{clip, u"-loglevel"_s, u"quiet"_s};
+}
+
+void TestProbe::readsItsOptionsAsTheToolDoes()
+{
+    QFETCH(QStringList, arguments);
+    arguments.prepend(u"-hide_banner"_s);
+    const ToolAnswer expected = runTool(u"ffprobe"_s, arguments);
+    const CommandResult answer = probe(arguments);
+    QCOMPARE(answer.code, expected.code);
+    QCOMPARE(bytes(answer.output), expected.output);
+    QCOMPARE(lastLine(comparable(bytes(answer.log))), lastLine(comparable(expected.log)));
+}
+
+void TestProbe::tellsVersionsInTheFormThatCallersTakeApart()
+{
+    const CommandResult filters = probe({u"-bsfs"_s});
+    const ToolAnswer expected = runTool(u"ffprobe"_s, {u"-bsfs"_s});
+    QCOMPARE(filters.code, 0);
+    QCOMPARE(bytes(filters.output), expected.output);
+
+    // The banner comes by standard error; its first line and libraries are what is looked for.
+    const QList<QByteArray> ours = bytes(filters.log).split('\n');
+    const QList<QByteArray> theirs = expected.log.split('\n');
+    const QByteArray version = theirs.first().left(theirs.first().indexOf(" Copyright"));
+    QVERIFY2(ours.first().startsWith(version + " "), ours.first().constData());
+    int libraries = 0;
+    for (const QByteArray &line : ours.mid(1)) {
+        QVERIFY2(theirs.contains(line), line.constData());
+        libraries += line.startsWith("  lib") ? 1 : 0;
+    }
+    QVERIFY(libraries >= 5);
+
+    const CommandResult versions = probe({u"-version"_s});
+    QCOMPARE(versions.code, 0);
+    QVERIFY(versions.output.starts_with("ffprobe version "));
+    QCOMPARE(versions.log, "");
+}
+
+void TestProbe::keepsJsonValidWhateverIsInTheTags()
+{
+    const QByteArray marker = "MARKER-MARKER-MARKER";
+    QVERIFY(makeMedia({u"-i"_s, path(u"clip.mp4"_s), u"-c"_s, u"copy"_s, u"-metadata"_s,
+                       u"title="_s + QString::fromLatin1(marker), path(u"hostile.mkv"_s)}));
+    QFile file(path(u"hostile.mkv"_s));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QByteArray content = file.readAll();
+    file.close();
+    // A lone continuation byte, a cut sequence, an overlong slash, a surrogate, controls, quotes.
+    const QByteArray hostile("\x80\xc3(\xc0\xaf\xed\xa0\x80\x01\x1f\x7f\"\\\t\r\n{\xf0\x9f");
+    QVERIFY(content.contains(marker));
+    content.replace(marker, hostile.leftJustified(marker.size(), '.'));
+    QVERIFY(writeFile(file.fileName(), content));
+
+    const CommandResult answer = probe(asJson + QStringList{argument(u"hostile.mkv"_s)});
+    QCOMPARE(answer.code, 0);
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(bytes(answer.output), &error);
+    QCOMPARE(error.error, QJsonParseError::NoError);
+    const QString title = document[u"format"_s][u"tags"_s][u"title"_s].toString();
+    QVERIFY2(title.contains(u"\u0001\u001f\u007f\"\\\t\r\n{"_s), qPrintable(title));
+    const ToolAnswer expected =
+        runTool(u"ffprobe"_s, asJson + QStringList{argument(u"hostile.mkv"_s)});
+    QCOMPARE(bytes(answer.output), expected.output);
+}
+
+void TestProbe::namesTheStreamsOfAFile_data()
+{
+    using Streams = QList<StreamInformation>;
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<Streams>("expected");
+    const StreamInformation h264{"video", "h264", false};
+    const StreamInformation aac{"audio", "aac", false};
+    QTest::newRow("mp4") << u"clip.mp4"_s << Streams{h264, aac};
+    QTest::newRow("with subtitles")
+        << u"turned.mp4"_s << Streams{h264, aac, {"subtitle", "mov_text", false}};
+    QTest::newRow("with an attachment")
+        << u"attached.mkv"_s
+        << Streams{h264, aac, {"subtitle", "subrip", false}, {"attachment", "", false}};
+    QTest::newRow("webm") << u"clip.webm"_s
+                          << Streams{{"video", "vp9", false}, {"audio", "opus", false}};
+    QTest::newRow("no list of streams at the file's head")
+        << u"clip.flv"_s << Streams{{"video", "flv1", false}, {"audio", "mp3", false}};
+    QTest::newRow("a cover is no video")
+        << u"cover.mp3"_s << Streams{{"audio", "mp3", false}, {"video", "mjpeg", true}};
+    QTest::newRow("text") << u"text.vtt"_s << Streams{{"subtitle", "webvtt", false}};
+}
+
+void TestProbe::namesTheStreamsOfAFile()
+{
+    QFETCH(QString, file);
+    QFETCH(QList<StreamInformation>, expected);
+    const auto streams = mediaTools().streams(path(file).toStdString());
+    QVERIFY(streams.has_value());
+    if (file.endsWith(u".flv"_s)) { // its streams come in the order of their first packets
+        QVERIFY(std::is_permutation(streams->begin(), streams->end(), expected.begin(),
+                                    expected.end()));
+        return;
+    }
+    QCOMPARE(QList<StreamInformation>(streams->begin(), streams->end()), expected);
+}
+
+void TestProbe::namesNoStreamsOfWhatIsNotMedia()
+{
+    for (const QString &name :
+         {u"cut.mp4"_s, u"empty.mp4"_s, u"noise.mp4"_s, u"folder.mp4"_s, u"missing.mp4"_s}) {
+        QVERIFY2(!mediaTools().streams(path(name).toStdString()), qPrintable(name));
+    }
+    // A protocol's name before a colon is a file's name like any other here.
+    QVERIFY(QFile::copy(path(u"sound.m4a"_s), path(u"http:x"_s)));
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(m_folder.path()));
+    const auto streams = mediaTools().streams("http:x");
+    QVERIFY(QDir::setCurrent(before));
+    QVERIFY(streams.has_value());
+    QCOMPARE(streams->size(), 1U);
+}
+
+void TestProbe::twoProbesAtOnceKeepTheirLogsApart()
+{
+    const QStringList names{u"noise.mp4"_s, u"clip.webm"_s, u"missing.mp4"_s, u"cut.mp4"_s};
+    std::vector<QByteArray> alone;
+    for (const QString &name : names) {
+        alone.push_back(comparable(bytes(probe(asJson + QStringList{argument(name)}).log)));
+    }
+    std::vector<int> strays(alone.size(), 0);
+    std::barrier start(static_cast<std::ptrdiff_t>(alone.size()));
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < alone.size(); ++i) {
+        threads.emplace_back([&, i] {
+            const QString name = argument(names[static_cast<qsizetype>(i)]);
+            start.arrive_and_wait();
+            for (int round = 0; round < 100; ++round) {
+                const CommandResult answer = probe(asJson + QStringList{name});
+                strays[i] += comparable(bytes(answer.log)) == alone[i] ? 0 : 1;
+            }
+        });
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    QCOMPARE(strays, std::vector<int>(alone.size(), 0));
+}
+
+void TestProbe::writesNumbersWithAPointUnderACommaLocale()
+{
+    const QStringList command = asJson + QStringList{argument(u"clip.mp4"_s)};
+    const std::string expected = probe(command).output;
+
+    // A locale of our own making, as a machine may have none with a comma.
+    const QString locales = path(u"locales"_s);
+    QVERIFY(QDir().mkpath(locales));
+    const QString comma = locales + u"/de_DE.UTF-8"_s;
+    const ToolAnswer made =
+        runTool(u"localedef"_s, {u"-i"_s, u"de_DE"_s, u"-f"_s, u"UTF-8"_s, comma});
+    QVERIFY2(QDir(comma).exists(), made.log.constData());
+    QVERIFY(qputenv("LOCPATH", locales.toLocal8Bit()));
+    QVERIFY(setlocale(LC_ALL, "de_DE.UTF-8"));
+    QCOMPARE(std::strtod("1,5", nullptr), 1.5);
+
+    const CommandResult answer = probe(command);
+    const double after = std::strtod("1,5", nullptr);
+    setlocale(LC_ALL, "C.UTF-8");
+    qunsetenv("LOCPATH");
+    QCOMPARE(bytes(answer.output), bytes(expected));
+    QCOMPARE(after, 1.5); // the caller's thread has its locale back
+}
+
+void TestProbe::doesNotGrowWithTheNumberOfProbes()
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    QSKIP("a sanitizer keeps freed memory; the address sanitizer counts the leaks itself");
+#endif
+    const QStringList names{u"attached.mkv"_s, u"turned.mp4"_s, u"clip.ts"_s, u"noise.mp4"_s};
+    const auto probeAll = [&](int rounds) {
+        for (int round = 0; round < rounds; ++round) {
+            for (const QString &name : names) {
+                static_cast<void>(probe(asJson + QStringList{argument(name)}));
+                static_cast<void>(mediaTools().streams(path(name).toStdString()));
+            }
+        }
+    };
+    probeAll(10);
+    const qint64 before = residentBytes();
+    probeAll(125);
+    const qint64 growth = residentBytes() - before;
+    QVERIFY(before > 0);
+    QVERIFY2(growth < 2'000'000, QByteArray::number(growth).constData());
+}
+
+QTEST_GUILESS_MAIN(TestProbe)
+#include "tst_probe.moc"
