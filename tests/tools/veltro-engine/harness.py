@@ -121,7 +121,8 @@ class Case(unittest.TestCase):
 
     def save(self, *paths, **keywords):
         """Saves pages of the site into the folder; options come after the pages."""
-        pages = [url(path) if path.startswith("/") else path for path in paths]
+        pages = [url(path) if str(path).startswith("/") and not isinstance(path, pathlib.Path)
+                 else path for path in paths]
         return run("save", *pages, "--dir", self.folder, **keywords)
 
     @contextlib.contextmanager
