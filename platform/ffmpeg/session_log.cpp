@@ -26,7 +26,8 @@ LiveLogs &liveLogs()
     return *live;
 }
 
-thread_local SessionLog *boundLog = nullptr;
+// A pointer in the space that the loader keeps for late modules: read without a call.
+[[gnu::tls_model("initial-exec")]] thread_local SessionLog *boundLog = nullptr;
 
 const void *opaqueOf(void *context, const AVClass &type)
 {

@@ -10,6 +10,16 @@
 
 using namespace Qt::StringLiterals;
 
+#ifdef __SANITIZE_THREAD__
+// Starting a tool looks to the thread sanitizer as if this process went on behind a fork, after
+// which it stops at the first new thread unless told otherwise.
+extern "C" const char *__tsan_default_options();
+extern "C" const char *__tsan_default_options()
+{
+    return "die_after_fork=0";
+}
+#endif
+
 namespace veltro::ffmpeg {
 
 ToolAnswer runTool(const QString &program, const QStringList &arguments)
