@@ -34,6 +34,8 @@ using PythonKeywords = std::vector<std::pair<std::string, PythonObject>>;
 /// throwing() and checking() give the same operations with another end.
 class PythonObject {
 public:
+    using Iterator = PythonIterator;
+
     [[nodiscard]] static PythonObject steal(PyObjectStruct *pointer);
     [[nodiscard]] static PythonObject borrow(PyObjectStruct *pointer);
     [[nodiscard]] static PythonObject none();

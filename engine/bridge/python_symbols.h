@@ -82,7 +82,6 @@ inline constinit EntryPoint<void(Object)> Py_IncRef{"Py_IncRef"};
 inline constinit EntryPoint<void(Object)> Py_DecRef{"Py_DecRef"};
 
 // errors
-inline constinit EntryPoint<void(Object, const char *)> PyErr_SetString{"PyErr_SetString"};
 inline constinit EntryPoint<void(Object, Object)> PyErr_SetObject{"PyErr_SetObject"};
 inline constinit EntryPoint<Object()> PyErr_Occurred{"PyErr_Occurred"};
 inline constinit EntryPoint<void()> PyErr_Clear{"PyErr_Clear"};

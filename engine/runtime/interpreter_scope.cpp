@@ -11,9 +11,8 @@
 namespace veltro {
 namespace {
 
-// The jobs that enclose each other on this thread, and how many of them took the lock.
+/// The jobs that enclose each other on this thread.
 thread_local int openScopes = 0;
-thread_local int lockedScopes = 0;
 
 /// The thread that started the interpreter and still holds its lock for that.
 std::atomic<std::thread::id> startupThread;
@@ -24,19 +23,15 @@ InterpreterScope::InterpreterScope()
     : m_locked(python_lock::interpreterRuns()), m_state(m_locked ? python_lock::ensure() : 0)
 {
     ++openScopes;
-    lockedScopes += m_locked ? 1 : 0;
 }
 
 InterpreterScope::~InterpreterScope()
 {
     --openScopes;
     if (m_locked) {
-        --lockedScopes;
         python_lock::release(m_state);
     }
-    if (openScopes == 0) {
-        releaseStartupThread();
-    }
+    releaseStartupThread();
 }
 
 bool InterpreterScope::isOutermost() const
@@ -51,8 +46,7 @@ void setStartupThread()
 
 void releaseStartupThread()
 {
-    // In a job that took the lock, the job gives it back; the start-up state lies below it.
-    if (lockedScopes > 0 || startupThread.load() != std::this_thread::get_id()) {
+    if (openScopes > 0 || startupThread.load() != std::this_thread::get_id()) {
         return;
     }
     startupThread = std::thread::id();

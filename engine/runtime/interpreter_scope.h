@@ -6,7 +6,7 @@ namespace veltro {
 
 /// One interpreter job on this thread: takes the interpreter lock when an interpreter runs, and
 /// gives it back. A job inside a job is part of it. A job that itself started the interpreter
-/// gives up the lock that the start left it with, at its end at the latest.
+/// gives up, at its end, the lock that the start left it with.
 class InterpreterScope {
 public:
     InterpreterScope();

@@ -48,7 +48,12 @@ PythonExecutor::PythonExecutor(std::string label) : m_queue(std::move(label))
 
 void PythonExecutor::submit(std::function<void()> body)
 {
-    m_queue.async([body = std::move(body)] { withGIL(body); });
+    m_queue.async([body = std::move(body)]() mutable {
+        withGIL([&body] {
+            const std::function<void()> job = std::move(body);
+            job();
+        });
+    });
 }
 
 void PythonExecutor::prepareEnvironment()

@@ -30,7 +30,8 @@ public:
 
     [[nodiscard]] SerialQueue &queue() { return m_queue; }
 
-    /// Queues the body as an interpreter job and returns at once. The body must not throw.
+    /// Queues the body as an interpreter job and returns at once. What the body captured ends with
+    /// the job. The body must not throw.
     void submit(std::function<void()> body);
 
     /// Sets the environment and starts the interpreter, once in the life of the process. The
@@ -38,8 +39,9 @@ public:
     /// @throws EnvironmentError; a later call then tries again.
     static void prepareEnvironment();
 
-    /// Gives up the lock that the start of the interpreter left this thread holding. Does nothing
-    /// on another thread, a second time, or in a job that took the lock itself.
+    /// Gives up the lock that the start of the interpreter left this thread holding: at once, or at
+    /// the end of the job that calls, whose handles still need it until then. Does nothing on
+    /// another thread, a second time, or in a job that took the lock itself.
     static void releaseStartupThreadState();
 
     /// Runs the body on this thread, with the interpreter lock when an interpreter runs, and hands

@@ -9,7 +9,7 @@ namespace veltro {
 /// This thread has just started the interpreter and holds its lock.
 void setStartupThread();
 
-/// Gives that lock up, if this thread still holds it and is in no job that took the lock itself.
+/// Gives that lock up, if this thread still holds it and no job is open on it.
 void releaseStartupThread();
 
 } // namespace veltro

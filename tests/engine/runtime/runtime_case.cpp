@@ -50,7 +50,7 @@ void bootstrap(const std::string &module)
         try {
             PythonExecutor::runThrowing([&] {
                 PythonExecutor::prepareEnvironment();
-                (void)Python().attemptImport(module);
+                const PythonObject imported = Python().attemptImport(module);
                 PythonExecutor::releaseStartupThreadState();
             });
             tell("bootstrapped");

@@ -21,7 +21,7 @@ void bootstrap(const std::string &module)
     PythonExecutor::primary().queue().sync([&] {
         PythonExecutor::runThrowing([&] {
             PythonExecutor::prepareEnvironment();
-            (void)Python().attemptImport(module);
+            const PythonObject imported = Python().attemptImport(module);
             PythonExecutor::releaseStartupThreadState();
         });
     });
