@@ -257,7 +257,7 @@ void addDisposition(ReportSection &section, int disposition)
 
 // Only opened, never fed: the set-up data tells what is asked here. A stream without a decoder, or
 // with one that refuses the set-up, is described without it.
-CodecContextPtr openDecoder(const AVStream &stream)
+CodecContextPtr openUnfedDecoder(const AVStream &stream)
 {
     const AVCodec *codec = avcodec_find_decoder(stream.codecpar->codec_id);
     if (!codec) {
@@ -281,7 +281,7 @@ CodecContextPtr openDecoder(const AVStream &stream)
 ReportSection describeStream(AVFormatContext &input, AVStream &stream)
 {
     const AVCodecParameters &codec = *stream.codecpar;
-    const CodecContextPtr decoder = openDecoder(stream);
+    const CodecContextPtr decoder = openUnfedDecoder(stream);
     ReportSection section(Shape::record, "stream", "STREAM");
     section.addNumber("index", stream.index);
     addCodec(section, codec);

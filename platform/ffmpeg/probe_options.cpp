@@ -27,13 +27,13 @@ enum class ProbeOption {
     bitstreamFilters,
 };
 
-struct KnownOption {
+struct KnownProbeOption {
     std::string_view name;
     ProbeOption option;
     bool hasValue;
 };
 
-constexpr std::array<KnownOption, 12> knownOptions{{
+constexpr std::array<KnownProbeOption, 12> knownProbeOptions{{
     {"show_format", ProbeOption::showFormat, false},
     {"show_streams", ProbeOption::showStreams, false},
     {"hide_banner", ProbeOption::hideBanner, false},
@@ -48,11 +48,12 @@ constexpr std::array<KnownOption, 12> knownOptions{{
     {"bsfs", ProbeOption::bitstreamFilters, false},
 }};
 
-const KnownOption *findOption(std::string_view name)
+const KnownProbeOption *findProbeOption(std::string_view name)
 {
-    const auto *found = std::find_if(knownOptions.begin(), knownOptions.end(),
-                                     [&](const KnownOption &known) { return known.name == name; });
-    return found == knownOptions.end() ? nullptr : found;
+    const auto *found =
+        std::find_if(knownProbeOptions.begin(), knownProbeOptions.end(),
+                     [&](const KnownProbeOption &known) { return known.name == name; });
+    return found == knownProbeOptions.end() ? nullptr : found;
 }
 
 class ProbeArguments {
@@ -87,7 +88,7 @@ private:
     // Returns whether the option's value was among the arguments.
     bool takeOption(std::string_view name, std::span<const std::string> rest)
     {
-        const KnownOption *known = findOption(name);
+        const KnownProbeOption *known = findProbeOption(name);
         if (known && !known->hasValue) {
             apply(known->option, name, {});
             return false;

@@ -49,7 +49,7 @@ void appendJsonText(std::string &into, std::string_view text)
     into.push_back('"');
 }
 
-void indent(std::string &into, int depth)
+void indentJson(std::string &into, int depth)
 {
     into.append(static_cast<std::size_t>(depth) * 4, ' ');
 }
@@ -102,7 +102,7 @@ void ReportSection::writeJson(std::string &into, int depth) const
     into.push_back(isList ? '[' : '{');
     const auto beginMember = [&](std::string_view name) {
         into.append(std::exchange(separator, ",\n"));
-        indent(into, depth + 1);
+        indentJson(into, depth + 1);
         if (!isList) {
             appendJsonText(into, name);
             into.append(": ");
@@ -124,7 +124,7 @@ void ReportSection::writeJson(std::string &into, int depth) const
         section.writeJson(into, depth + 1);
     }
     into.append(isList && m_sections.empty() ? "\n\n" : "\n");
-    indent(into, depth);
+    indentJson(into, depth);
     into.push_back(isList ? ']' : '}');
 }
 

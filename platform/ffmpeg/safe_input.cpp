@@ -46,7 +46,7 @@ int refuseToOpen(AVFormatContext *input, AVIOContext **, const char *name, int, 
     return AVERROR(EPERM);
 }
 
-bool isAllowed(const AVInputFormat &format)
+bool isLocalDemuxer(const AVInputFormat &format)
 {
     return av_match_list(format.name, allowedDemuxers, ',') > 0;
 }
@@ -62,10 +62,10 @@ int recognise(AVFormatContext &input, const char *name)
                                       input.format_probesize);
     };
     int score = tryWith(name);
-    if (score >= 0 && !isAllowed(*input.iformat)) {
+    if (score >= 0 && !isLocalDemuxer(*input.iformat)) {
         score = tryWith("");
     }
-    if (score >= 0 && !isAllowed(*input.iformat)) {
+    if (score >= 0 && !isLocalDemuxer(*input.iformat)) {
         av_log(&input, AV_LOG_ERROR, "Local files of this format are not read\n");
         return AVERROR_INVALIDDATA;
     }
@@ -78,10 +78,10 @@ struct UnopenedDeleter {
 };
 using UnopenedPtr = std::unique_ptr<AVFormatContext, UnopenedDeleter>;
 
-// The caller's options come first: what guards the input is set over them, and the flag for our
-// own bytes must be in force before anything can fail with the bytes attached.
-int prepare(const LocalInputOptions &how, AVDictionary **options, AVIOContext *bytes,
-            UnopenedPtr &prepared)
+// The caller's options come first: what guards the input is set over them, and none is left that
+// could take back the flag by which the libraries know that the bytes are not theirs to close.
+int makeGuarded(const LocalInputOptions &how, AVDictionary **options, AVIOContext *bytes,
+                UnopenedPtr &prepared)
 {
     UnopenedPtr input(avformat_alloc_context());
     if (!input) {
@@ -96,7 +96,6 @@ int prepare(const LocalInputOptions &how, AVDictionary **options, AVIOContext *b
     av_opt_set(input.get(), "protocol_whitelist", "", 0); // names none
     input->max_streams = std::min(input->max_streams, maxStreams);
     input->io_open = refuseToOpen;
-    input->flags |= AVFMT_FLAG_CUSTOM_IO;
     input->pb = bytes;
     prepared = std::move(input);
     return 0;
@@ -132,7 +131,7 @@ const char *localDemuxers()
 
 int openLocalInput(const std::string &name, const LocalInputOptions &how, InputContextPtr &opened)
 {
-    if (how.format && !isAllowed(*how.format)) {
+    if (how.format && !isLocalDemuxer(*how.format)) {
         return AVERROR_INVALIDDATA;
     }
     LocalBytesPtr bytes;
@@ -142,7 +141,7 @@ int openLocalInput(const std::string &name, const LocalInputOptions &how, InputC
     DictionaryPtr none;
     DictionaryLoan options(how.options ? *how.options : none);
     UnopenedPtr prepared;
-    if (const int error = prepare(how, options, bytes.get(), prepared); error < 0) {
+    if (const int error = makeGuarded(how, options, bytes.get(), prepared); error < 0) {
         return error;
     }
     const int score = how.format ? 0 : recognise(*prepared, name.c_str());
