@@ -1,0 +1,49 @@
+# SPDX-FileCopyrightText: Veltro contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Error texts as a person may read them."""
+
+import errno
+import re
+from typing import Any
+
+_NOT_WRITABLE = 'The downloads folder cannot be written to.'
+_FULL = 'There is no space left in the downloads folder.'
+# What the system says about files, in words that name the folder the user chose.
+_FILE_FAILURES = {
+    errno.EROFS: _NOT_WRITABLE,
+    errno.ENOSPC: _FULL,
+    errno.EDQUOT: _FULL,
+    errno.EFBIG: 'The file is too large for the downloads folder.',
+    errno.ENAMETOOLONG: 'The name of the file is too long for the downloads folder.',
+}
+# These stand for network failures as well; with a file's name behind them they are about a file.
+_NAMED_FILE_FAILURES = {errno.EACCES: _NOT_WRITABLE, errno.EPERM: _NOT_WRITABLE}
+_ERROR_NUMBER = re.compile(r'\[Errno (-?\d+)\] (?:[^:\']*(: \'/))?')
+# Advice that is meant for users of the command line and leads nowhere here.
+_ADVICE = re.compile(r'(?is)[;,.]?\s*please report this issue on\b.*| \(caused by .*')
+_TAGS = re.compile(r'\[Errno -?\d+\] |\r\[download\] Got error: ')
+_PREFIX = 'ERROR: '
+
+
+def plain(message: str) -> str:
+    """The message without advice, causes and numbers that only a developer reads."""
+    failure = _file_failure(message)
+    if failure:
+        return (_PREFIX if message.startswith(_PREFIX) else '') + failure
+    return _TAGS.sub('', _ADVICE.sub('', message))
+
+
+def _file_failure(message: str) -> str | None:
+    numbered = _ERROR_NUMBER.search(message)
+    if not numbered:
+        return None
+    number = int(numbered.group(1))
+    named = _NAMED_FILE_FAILURES.get(number) if numbered.group(2) else None
+    return _FILE_FAILURES.get(number) or named
+
+
+class Words:
+    """The part of YoutubeDL through which every error passes on its way to the user."""
+
+    def trouble(self, message: str | None = None, tb: Any = None, is_error: bool = True) -> None:
+        super().trouble(message and plain(message), tb=False, is_error=is_error)

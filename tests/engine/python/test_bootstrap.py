@@ -1,0 +1,244 @@
+# SPDX-FileCopyrightText: Veltro contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The adjusted yt-dlp as the engine finds it after a bootstrap, one interpreter a case."""
+
+import os
+import subprocess
+import sys
+import tempfile
+import textwrap
+import unittest
+
+import clips
+from engine_case import EngineCase
+
+_HERE = os.path.dirname(os.path.abspath(__file__))
+
+
+def child(script: str, *arguments: str, **others: object) -> subprocess.CompletedProcess:
+    """Run a script in an interpreter of its own, with this one's search path."""
+    return subprocess.run([sys.executable, '-c', textwrap.dedent(script), *arguments], text=True,
+                          stdin=subprocess.DEVNULL, timeout=60, capture_output=True, cwd=_HERE,
+                          **others)
+
+
+class Bootstrap(unittest.TestCase):
+
+    def assert_silent(self, script: str, *arguments: str) -> None:
+        done = child(script, *arguments)
+        self.assertEqual((done.returncode, done.stdout, done.stderr), (0, '', ''))
+
+    def test_it_can_be_repeated(self):
+        self.assert_silent('''
+            import python_init, yt_dlp
+            def shape():
+                fd = yt_dlp.downloader.common.FileDownloader
+                return (yt_dlp.YoutubeDL, fd._hook_progress, yt_dlp.utils.Popen.run.__func__,
+                        yt_dlp.utils.Popen.__new__, yt_dlp.utils.Popen.__init__)
+            python_init.apply_after_import()
+            once = shape()
+            python_init.apply_after_import()
+            assert shape() == once
+        ''')
+
+    def test_a_name_that_moved_is_named_and_the_next_try_may_work(self):
+        self.assert_silent('''
+            import python_init, sys, yt_dlp
+            base = sys.modules['yt_dlp.YoutubeDL'].YoutubeDL
+            kept, base.existing_file = base.existing_file, None
+            del base.existing_file
+            fragment = yt_dlp.downloader.fragment.FragmentFD
+            append, fragment._append_fragment = fragment._append_fragment, lambda self: None
+            for _ in range(2):
+                try:
+                    python_init.apply_after_import()
+                except RuntimeError as error:
+                    assert 'YoutubeDL.existing_file' in str(error), error
+                    assert 'FragmentFD._append_fragment' in str(error), error
+                    assert str(error).count(';') == 1, error
+                else:
+                    raise AssertionError('nothing noticed')
+            base.existing_file, fragment._append_fragment = kept, append
+            python_init.apply_after_import()
+            assert yt_dlp.YoutubeDL is not base
+        ''')
+
+    def test_it_loads_no_extractors_and_starts_nothing(self):
+        self.assert_silent('''
+            import sys
+            events = []
+            sys.addaudithook(lambda name, _: events.append(name))
+            import python_init, yt_dlp
+            python_init.apply_after_import()
+            assert 'yt_dlp.extractor.lazy_extractors' not in sys.modules
+            assert 'yt_dlp.extractor.generic' not in sys.modules
+            started = {'subprocess.Popen', 'os.fork', 'os.posix_spawn', 'os.exec', 'socket.connect'}
+            assert not started & set(events), started & set(events)
+        ''')
+
+    def test_warming_up_asks_no_server_and_leaves_little_to_load(self):
+        self.assert_silent('''
+            import sys
+            events = []
+            sys.addaudithook(lambda name, _: events.append(name))
+            import python_init, yt_dlp
+            python_init.apply_after_import()
+            python_init.warm_up()
+            assert not {'socket.connect', 'socket.getaddrinfo', 'subprocess.Popen'} & set(events)
+            loaded = len(sys.modules)
+            import loopback
+            site = loopback.Site({'/': '<html><video src="a.mp4"></video></html>'})
+            with site:
+                yt_dlp.YoutubeDL({'skip_download': True, 'quiet': True, 'no_warnings': True}
+                                 ).extract_info(site.root + '/', download=False)
+            assert len(sys.modules) - loaded < 40, len(sys.modules) - loaded
+        ''')
+
+    def test_plugins_and_settings_of_the_user_stay_out(self):
+        with tempfile.TemporaryDirectory() as home:
+            folder = os.path.join(home, 'yt-dlp', 'plugins', 'mine', 'yt_dlp_plugins', 'extractor')
+            os.makedirs(folder)
+            with open(os.path.join(folder, 'mine.py'), 'w') as file:
+                file.write('raise SystemExit("a plugin was loaded")')
+            with open(os.path.join(home, 'yt-dlp', 'config'), 'w') as file:
+                file.write('--simulate\n')
+            done = child('''
+                import python_init, yt_dlp
+                python_init.apply_after_import()
+                assert 'simulate' not in yt_dlp.YoutubeDL({'verbose': True}).params
+            ''', env={**os.environ, 'XDG_CONFIG_HOME': home})
+            self.assertEqual((done.returncode, done.stderr), (0, ''))
+
+
+class HostFunctions(unittest.TestCase):
+
+    def test_the_exported_functions_are_called_as_they_are_declared(self):
+        with tempfile.TemporaryDirectory() as folder:
+            library = os.path.join(folder, 'host_double.so')
+            subprocess.run(('cc', '-shared', '-fPIC', '-o', library,
+                            os.path.join(_HERE, 'host_double.c')), check=True)
+            done = child('''
+                from veltro_ytdlp import native, native_process
+                tools = native.tools()
+                outcome = tools.run('ffmpeg', ['-i', 'file:Ы \\udcff.mp4', ''])
+                assert outcome.code == 0
+                assert outcome.output == 'ffmpeg|-i|file:Ы \\ufffd.mp4|', outcome.output
+                assert outcome.log == 'log of ffmpeg\\n'
+                assert tools.run('ffprobe', []) == native.Outcome(1, 'ffprobe', 'log of ffprobe\\n')
+                assert tools.progress(1) is None
+
+                class Enough(Exception):
+                    pass
+
+                def look(process):
+                    if process.progress():
+                        assert process.progress() == native.Progress(5000000000, 2.5)
+                        raise Enough
+
+                process = native_process.NativeProcess([native_process.FFMPEG, 'wait'], look)
+                try:
+                    process.wait()
+                except Enough:
+                    process.kill()
+                assert process.poll() == 255
+            ''', env={**os.environ, 'LD_PRELOAD': library, 'PYTHONUTF8': '1'})
+            self.assertEqual((done.returncode, done.stdout, done.stderr), (0, '', ''))
+
+    def test_without_them_a_step_fails_with_a_sentence(self):
+        done = child('''
+            import python_init, yt_dlp
+            from yt_dlp.postprocessor.ffmpeg import FFmpegPostProcessor
+            python_init.apply_after_import()
+            try:
+                FFmpegPostProcessor().run_ffmpeg('/dev/null', '/dev/null', [])
+            except yt_dlp.utils.PostProcessingError as error:
+                assert str(error) == 'The media functions of the program are missing.', error
+            else:
+                raise AssertionError('nothing noticed')
+        ''')
+        self.assertEqual((done.returncode, done.stderr), (0, ''))
+
+
+class Runs(EngineCase):
+
+    def video(self) -> str:
+        self.serve('/movie.mp4', clips.movie())
+        return self.page('<video src="movie.mp4"></video>')
+
+    def run_alone(self, before: str, url: str, **others: object) -> subprocess.CompletedProcess:
+        """A run in an interpreter of its own, without any tool to start."""
+        return child(before + textwrap.dedent('''
+            import os, sys
+            import python_init, yt_dlp
+            python_init.apply_after_import()
+            url, folder = sys.argv[1:]
+            ydl = yt_dlp.YoutubeDL({
+                'outtmpl': folder + '/%(title)s [%(id)s].%(ext)s',
+                'paths': {'home': folder, 'temp': folder}, 'verbose': True, 'overwrites': True,
+                'quiet': False, 'no_warnings': False, 'ffmpeg_location': '__veltro_ffmpeg__'})
+            ydl.sanitize_info(ydl.extract_info(url, download=False))
+            ydl.download([url])
+            os._exit(0)
+        '''), url, self.folder, **others)
+
+    def test_a_run_starts_no_process_and_prints_single_tagged_lines(self):
+        """An exit code of 3 names the program that was started."""
+        done = self.run_alone(textwrap.dedent('''
+            import os, sys
+            def watch(name, arguments):
+                if name in ('subprocess.Popen', 'os.fork', 'os.posix_spawn', 'os.exec'):
+                    sys.stderr.write(repr(arguments))
+                    sys.stderr.flush()
+                    os._exit(3)
+            sys.addaudithook(watch)
+        '''), self.video())
+        self.assertEqual((done.returncode, done.stdout), (0, ''), done.stderr)
+        for line in done.stderr.splitlines():
+            self.assertRegex(line, r'^\[veltro\] WARNING: ')
+        self.assertEqual(self.files(), ['A title (1) [page-1].mp4'])
+
+    def test_closed_outputs_do_not_end_a_run(self):
+        done = self.run_alone('import os\nos.close(1)\nos.close(2)\n', self.video())
+        self.assertEqual(done.returncode, 0)
+        self.assertEqual(self.files(), ['A title (1) [page-1].mp4'])
+
+    def test_a_cookie_file_is_read_and_never_written(self):
+        def page(handler):
+            asked.append(handler.headers.get('Cookie'))
+            handler.send_response(200)
+            handler.send_header('Set-Cookie', 'new=1; Max-Age=9999')
+            handler.send_header('Content-Type', 'text/html')
+            handler.send_header('Connection', 'close')
+            handler.end_headers()
+            handler.wfile.write(b'<html><title>T</title><video src="movie.mp4"></video></html>')
+
+        asked = []
+        self.serve('/movie.mp4', clips.movie())
+        url = self.serve('/page.html', page)
+        path = os.path.join(self.outer, 'cookies.txt')
+        with open(path, 'w') as file:
+            file.write('# Netscape HTTP Cookie File\n127.0.0.1\tFALSE\t/\tFALSE\t0\tkey\tvalue\n')
+        before = os.stat(path)
+        self.saved(url, cookiefile=path)
+        self.assertEqual(asked, ['key=value'])
+        after = os.stat(path)
+        self.assertEqual((after.st_mtime_ns, after.st_ino, after.st_size),
+                         (before.st_mtime_ns, before.st_ino, before.st_size))
+
+    def test_a_file_that_holds_no_cookies_is_an_error_that_says_so(self):
+        contents = {'a page': b'<html><body>sign in</body></html>\n' * 100, 'nothing': b'',
+                    'data': bytes(range(256)) * 50, 'json': b'[{"name": "key"}]',
+                    'words': b'one two\nthree\n'}
+        url = self.video()
+        for name, content in contents.items():
+            with self.subTest(name):
+                path = os.path.join(self.outer, 'cookies.txt')
+                with open(path, 'wb') as file:
+                    file.write(content)
+                self.assertEqual(str(self.save(url, cookiefile=path).error),
+                                 'ERROR: The cookie file is not in the Netscape cookies.txt format.')
+        self.assertEqual(self.site.requests, [])
+
+
+if __name__ == '__main__':
+    unittest.main()
