@@ -67,21 +67,26 @@ void checkHome(const std::string &value, const std::string &version)
     }
 }
 
+/// Whether the entry holds the standard library of another version.
+bool isForeign(const std::string &entry, const std::string &libraryName)
+{
+    const fs::path folder = fs::path(entry + "/.").lexically_normal().parent_path();
+    std::error_code ignored;
+    return fs::exists(folder / "encodings/__init__.py", ignored) &&
+           folder.filename() != libraryName;
+}
+
 void checkSearchPath(const std::string &value, const std::string &version)
 {
+    const std::string libraryName = "python" + version;
     std::istringstream entries(value);
     for (std::string entry; std::getline(entries, entry, ':');) {
-        while (entry.size() > 1 && entry.back() == '/') {
-            entry.pop_back();
-        }
-        const fs::path folder = entry;
-        std::error_code ignored;
-        if (!entry.empty() && fs::exists(folder / "encodings/__init__.py", ignored) &&
-            folder.filename() != "python" + version) {
-            throw EnvironmentError("PYTHONPATH has '" + entry +
-                                   "', which holds the standard library of another Python than "
-                                   "the " +
-                                   version + " that was found.");
+        if (!entry.empty() && isForeign(entry, libraryName)) {
+            std::ostringstream text;
+            text << "PYTHONPATH has '" << entry
+                 << "', which holds the standard library of another Python than the " << version
+                 << " that was found.";
+            throw EnvironmentError(text.str());
         }
     }
 }

@@ -40,8 +40,10 @@ public:
     explicit PythonFunction(Closure closure)
         : m_function(std::make_shared<const PyFunction>(
               PyFunction::CallingConvention::varArgs,
-              [closure = std::move(closure)](PythonArguments arguments, PythonKeywords) mutable
-              -> PythonObject { return closure(std::move(arguments)); }))
+              [closure = std::move(closure)](PythonArguments arguments,
+                                             const PythonKeywords &) mutable -> PythonObject {
+                  return closure(std::move(arguments));
+              }))
     {}
     template <typename Closure>
     requires std::is_invocable_r_v<PythonObject, Closure &, PythonArguments, PythonKeywords>

@@ -83,7 +83,7 @@ void useLegacyNames()
     tell(*text.to<std::string>() + std::to_string(*PythonObject(-7).to<std::int64_t>()) +
          std::to_string(*PythonObject(7U).to<std::uint64_t>()) + PythonBytes("bytes").bytes() +
          text.attr("upper")().description());
-    (void)PythonObject(PythonFunction([](PythonArguments) { return 0; }));
+    (void)PythonObject(PythonFunction([](const PythonArguments &) { return 0; }));
     tell("survived");
 }
 

@@ -254,7 +254,7 @@ void InterpretersTest::foreignStandardLibraryOnTheSearchPathIsAnError()
         runChild(bridgeCase(), {QStringLiteral("version")},
                  {{QStringLiteral("PYTHONPATH"), folder.path() + u':' + foreign + u'/'}});
     VERIFY_TOLD(!result.crashed && result.exitCode == 1, result);
-    QVERIFY(result.output.startsWith("error: PYTHONPATH has '" + foreign.toUtf8() + "', which"));
+    QVERIFY(result.output.startsWith("error: PYTHONPATH has '" + foreign.toUtf8() + "/', which"));
     const auto harmless = runChild(bridgeCase(), {QStringLiteral("version")},
                                    {{QStringLiteral("PYTHONPATH"), folder.path()}});
     VERIFY_TOLD(harmless.exitCode == 0, harmless);

@@ -47,11 +47,12 @@ std::string show(const std::pair<Key, Value> &entry)
 template <typename Element>
 std::string show(const std::vector<Element> &elements)
 {
-    std::string text;
+    std::string text = "[";
     for (const Element &element : elements) {
-        text += (text.empty() ? "" : ",") + show(element);
+        text += text.size() > 1 ? "," : "";
+        text += show(element);
     }
-    return "[" + text + "]";
+    return text.append("]");
 }
 
 template <typename Value>
@@ -59,7 +60,7 @@ std::string reading(const std::string &name, const PythonObject &object)
 {
     const auto value = object.to<Value>();
     if (pythonErrorPending()) {
-        return "(" + name + " left an error) ";
+        return name + " left an error ";
     }
     return value ? name + "=" + show(*value) + " " : "";
 }

@@ -80,7 +80,7 @@ void startAndTell()
     PythonExecutor::withGIL([] {
         std::string path = "sys.path";
         for (const PythonObject &entry : Python().import("sys").attr("path")) {
-            path += " " + entry.description();
+            path.append(" ").append(entry.description());
         }
         tell(path);
     });
@@ -100,6 +100,7 @@ void prepareTwice()
 void prepareFromManyThreads()
 {
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int i = 0; i < 8; ++i) {
         threads.emplace_back([] {
             PythonExecutor::prepareEnvironment();
@@ -147,7 +148,7 @@ void leaveWhileJobsRun()
     std::promise<void> first;
     std::promise<void> second;
     const auto loop = [](std::promise<void> &running) {
-        const PythonFunction tellRunning([&running, told = false](PythonArguments) mutable {
+        const PythonFunction tellRunning([&running, told = false](const PythonArguments &) mutable {
             if (!std::exchange(told, true)) {
                 running.set_value();
             }
