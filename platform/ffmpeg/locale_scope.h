@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 #include <clocale>
-#include <locale.h>
 
 namespace veltro::ffmpeg {
 

@@ -129,9 +129,10 @@ void addAspect(ReportSection &section, AVFormatContext &input, AVStream &stream)
         section.addAbsent("display_aspect_ratio", "N/A");
         return;
     }
+    constexpr std::int64_t largestTerm = 1 << 20;
     AVRational display{};
     av_reduce(&display.num, &display.den, std::int64_t{stream.codecpar->width} * sample.num,
-              std::int64_t{stream.codecpar->height} * sample.den, 1024 * 1024);
+              std::int64_t{stream.codecpar->height} * sample.den, largestTerm);
     addRatio(section, "sample_aspect_ratio", sample, ':');
     addRatio(section, "display_aspect_ratio", display, ':');
 }
@@ -278,7 +279,7 @@ CodecContextPtr openUnfedDecoder(const AVStream &stream)
     return decoder;
 }
 
-ReportSection describeStream(AVFormatContext &input, AVStream &stream)
+ReportSection streamSection(AVFormatContext &input, AVStream &stream)
 {
     const AVCodecParameters &codec = *stream.codecpar;
     const CodecContextPtr decoder = openUnfedDecoder(stream);
@@ -324,7 +325,7 @@ ReportSection describeStreams(AVFormatContext &input, const std::string &selecti
     for (unsigned i = 0; i < input.nb_streams; ++i) {
         AVStream &stream = *input.streams[i];
         if (avformat_match_stream_specifier(&input, &stream, selection.c_str()) > 0) {
-            list.addSection(describeStream(input, stream));
+            list.addSection(streamSection(input, stream));
         }
     }
     return list;

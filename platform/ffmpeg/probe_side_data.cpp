@@ -19,9 +19,9 @@ using DisplayMatrix = std::array<std::int32_t, 9>;
 std::string matrixText(const DisplayMatrix &matrix)
 {
     std::string text("\n");
-    for (unsigned row = 0; row < 3; ++row) {
+    for (std::size_t row = 0; row < 3; ++row) {
         std::array<char, 64> line{};
-        std::snprintf(line.data(), line.size(), "%08x:  %11d %11d %11d\n", row, matrix[row * 3],
+        std::snprintf(line.data(), line.size(), "%08zx:  %11d %11d %11d\n", row, matrix[row * 3],
                       matrix[row * 3 + 1], matrix[row * 3 + 2]);
         text.append(line.data());
     }

@@ -18,7 +18,7 @@ namespace veltro::ffmpeg {
 class SessionLog {
 public:
     /// Longer texts lose whole lines from their beginning.
-    static constexpr std::size_t capacity = 256 * 1024;
+    static constexpr std::size_t capacity = 1 << 18;
 
     /// Takes the libraries' callback, also when another library took it in the meantime.
     SessionLog();

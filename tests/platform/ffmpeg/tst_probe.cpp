@@ -12,8 +12,8 @@
 #include <QTest>
 
 #include <barrier>
+#include <clocale>
 #include <cstdlib>
-#include <locale.h>
 #include <string>
 #include <sys/stat.h>
 #include <thread>
