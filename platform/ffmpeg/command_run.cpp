@@ -1,0 +1,104 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/ffmpeg/command_run.h"
+
+#include "platform/ffmpeg/output_plan.h"
+#include "platform/ffmpeg/run_report.h"
+#include "platform/ffmpeg/scheduler.h"
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace veltro::ffmpeg {
+namespace {
+
+// The tool's own code for an input of which hardly anything could be decoded.
+constexpr int codeOfDamage = 69;
+
+RunContext makeContext(const CommandLine &command, SessionLog &log, RunControl &control)
+{
+    RunContext run{log, control};
+    run.copiesTimestamps = command.isOn("copyts");
+    run.startsAtZero = command.isOn("start_at_zero");
+    run.ignoresUnknown = command.isOn("ignore_unknown");
+    run.copiesUnknown = command.isOn("copy_unknown");
+    run.stopsOnError = command.isOn("xerror");
+    run.overwrites = command.isOn("y") && !command.isOn("n");
+    if (const auto rate = command.value("max_error_rate")) {
+        run.highestErrorRate = parseReal("max_error_rate", std::string(*rate));
+    }
+    return run;
+}
+
+InputFiles openInputs(const CommandLine &command, const RunContext &run)
+{
+    InputFiles inputs;
+    for (const FileArguments &arguments : command.inputs) {
+        inputs.push_back(
+            std::make_unique<InputFile>(arguments, static_cast<int>(inputs.size()), run));
+    }
+    return inputs;
+}
+
+OutputFiles planOutputs(const CommandLine &command, const InputFiles &inputs, const RunContext &run)
+{
+    OutputFiles outputs;
+    for (const FileArguments &arguments : command.outputs) {
+        auto output =
+            std::make_unique<OutputFile>(arguments, static_cast<int>(outputs.size()), run);
+        planOutput(*output, inputs, run);
+        outputs.push_back(std::move(output));
+    }
+    return outputs;
+}
+
+bool encodesPictures(const OutputFiles &outputs)
+{
+    for (const auto &output : outputs) {
+        for (const auto &stream : output->streams()) {
+            if (stream->type() == AVMEDIA_TYPE_VIDEO && !stream->isCopied) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+// Minutes of encoding must not make the desktop stutter. Threads that the codecs start take it
+// over.
+void stepBack()
+{
+    constexpr int steps = 7;
+    const auto thread = static_cast<id_t>(gettid());
+    setpriority(PRIO_PROCESS, thread, getpriority(PRIO_PROCESS, thread) + steps);
+}
+
+} // namespace
+
+void runCommand(const CommandLine &command, SessionLog &log, RunControl &control)
+{
+    const RunContext run = makeContext(command, log, control);
+    if (command.inputs.empty() && command.outputs.empty()) {
+        throw CommandFailed("Use -h to get full help or, even better, run 'man ffmpeg'");
+    }
+    const InputFiles inputs = openInputs(command, run);
+    const OutputFiles outputs = planOutputs(command, inputs, run);
+    if (outputs.empty()) {
+        throw CommandFailed("At least one output file must be specified");
+    }
+    reportMapping(outputs, run);
+    if (encodesPictures(outputs)) {
+        stepBack();
+    }
+    Scheduler scheduler(inputs, outputs, run);
+    scheduler.run();
+    if (control.isDamaged(run.highestErrorRate)) {
+        throw CommandFailed("Too little of the input could be decoded", codeOfDamage);
+    }
+    for (const auto &output : outputs) {
+        output->complete();
+    }
+    reportResult(outputs, run);
+}
+
+} // namespace veltro::ffmpeg

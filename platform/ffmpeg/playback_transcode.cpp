@@ -1,0 +1,98 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/ffmpeg/playback_transcode.h"
+
+#include "platform/ffmpeg/codec_names.h"
+#include "platform/ffmpeg/h264_encoder.h"
+
+#include <algorithm>
+#include <array>
+
+namespace veltro::ffmpeg {
+namespace {
+
+bool carries(const AVOutputFormat *format, AVCodecID codec)
+{
+    return avformat_query_codec(format, codec, FF_COMPLIANCE_NORMAL) == 1;
+}
+
+bool isMovingPicture(const InputStream *stream)
+{
+    return stream->type() == AVMEDIA_TYPE_VIDEO && !stream->isPicture();
+}
+
+} // namespace
+
+bool isPlaybackTranscode(const FileArguments &output)
+{
+    return std::any_of(output.options.begin(), output.options.end(), [](const auto &given) {
+        return given.name == "c" && given.value == playbackEncoder;
+    });
+}
+
+void fitToPlayback(const OutputFile &output, const InputFiles &inputs,
+                   std::vector<InputStream *> &sources)
+{
+    // A cover is no reason to make an audio file into a video.
+    if (std::none_of(sources.begin(), sources.end(), isMovingPicture)) {
+        throw CommandFailed("There is no video to convert in " +
+                            (inputs.empty() ? std::string("the input") : inputs.front()->url()));
+    }
+    const FileArguments &arguments = output.arguments();
+    if (arguments.value("map") || arguments.isOn("sn")) {
+        return;
+    }
+    std::erase_if(
+        sources, [](const InputStream *stream) { return stream->type() == AVMEDIA_TYPE_SUBTITLE; });
+    for (const auto &input : inputs) {
+        for (InputStream &stream : input->streams()) {
+            if (stream.type() == AVMEDIA_TYPE_SUBTITLE && !stream.isDisabled &&
+                treatPlaybackSubtitle(output.context()->oformat, stream).isPossible) {
+                sources.push_back(&stream);
+            }
+        }
+    }
+}
+
+const AVCodec &playbackVideoEncoder(const OutputStream &stream)
+{
+    const AVCodecParameters &codec = *stream.source->stream->codecpar;
+    return *chooseH264Encoder(codec.width, codec.height).encoder;
+}
+
+void tunePlaybackVideo(OutputStream &stream)
+{
+    const AVCodecParameters &codec = *stream.source->stream->codecpar;
+    EncodeSettings &encode = stream.encode;
+    for (const auto &[name, value] : chooseH264Encoder(codec.width, codec.height).options) {
+        av_dict_set(DictionaryLoan(encode.options), name.c_str(), value.c_str(),
+                    AV_DICT_DONT_OVERWRITE);
+    }
+    encode.keepsEveryFrame = true;
+    encode.cropsToEven = true;
+    if (!encode.timeBase.num) {
+        encode.timeBase = {-1, 1};
+    }
+}
+
+SubtitleTreatment treatPlaybackSubtitle(const AVOutputFormat *format, const InputStream &source)
+{
+    const AVCodecID codec = source.stream->codecpar->codec_id;
+    if (carries(format, codec)) {
+        return {true, nullptr};
+    }
+    if (!source.decoder || !(subtitleKind(codec) & AV_CODEC_PROP_TEXT_SUB)) {
+        return {};
+    }
+    constexpr std::array texts{AV_CODEC_ID_MOV_TEXT, AV_CODEC_ID_SUBRIP, AV_CODEC_ID_WEBVTT,
+                               AV_CODEC_ID_ASS};
+    for (const AVCodecID text : texts) {
+        const AVCodec *encoder = carries(format, text) ? avcodec_find_encoder(text) : nullptr;
+        if (encoder) {
+            return {true, encoder};
+        }
+    }
+    return {};
+}
+
+} // namespace veltro::ffmpeg

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/ffmpeg/written_file.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace veltro::ffmpeg {
+
+WrittenFile::~WrittenFile()
+{
+    if (!m_isOurs || m_isKept) {
+        return;
+    }
+    struct stat now = {};
+    if (lstat(m_path.c_str(), &now) == 0 && S_ISREG(now.st_mode) && now.st_dev == m_device &&
+        now.st_ino == m_inode) {
+        unlink(m_path.c_str());
+    }
+}
+
+bool WrittenFile::exists() const
+{
+    struct stat now = {};
+    return stat(m_path.c_str(), &now) == 0;
+}
+
+bool WrittenFile::isSameAs(const std::string &otherPath) const
+{
+    struct stat ours = {};
+    struct stat other = {};
+    return stat(m_path.c_str(), &ours) == 0 && stat(otherPath.c_str(), &other) == 0 &&
+           ours.st_dev == other.st_dev && ours.st_ino == other.st_ino;
+}
+
+void WrittenFile::opened()
+{
+    struct stat now = {};
+    if (lstat(m_path.c_str(), &now) == 0 && S_ISREG(now.st_mode)) {
+        m_isOurs = true;
+        m_device = now.st_dev;
+        m_inode = now.st_ino;
+    }
+}
+
+} // namespace veltro::ffmpeg
