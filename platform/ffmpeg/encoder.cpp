@@ -17,6 +17,16 @@ std::string numberOf(const OutputFile &output, const OutputStream &stream)
     return std::to_string(output.index()) + ":" + std::to_string(stream.stream->index);
 }
 
+// Whether options that have not been applied yet set a flag.
+bool asksFor(void *object, const AVDictionary *options, const char *name, int flag)
+{
+    const AVDictionaryEntry *entry = av_dict_get(options, name, nullptr, AV_DICT_MATCH_CASE);
+    const AVOption *option = av_opt_find(object, name, nullptr, 0, 0);
+    int flags = 0;
+    return entry && option && av_opt_eval_flags(object, option, entry->value, &flags) >= 0 &&
+           (flags & flag);
+}
+
 bool isInterlaced(const AVFrame &frame)
 {
 #if LIBAVUTIL_VERSION_MAJOR >= 58
@@ -78,7 +88,13 @@ void Encoder::nameEncoder()
     if (av_dict_get(tags, "encoder", nullptr, 0)) {
         return;
     }
-    const std::string library = m_stream.encode.isBitexact ? "Lavc" : LIBAVCODEC_IDENT;
+    // Whoever wants the same file from every version asks the muxer or the encoder for it.
+    const bool isBitexact =
+        m_stream.encode.isBitexact ||
+        asksFor(m_output.context(), m_output.libraryOptions().format.get(), "fflags",
+                AVFMT_FLAG_BITEXACT) ||
+        asksFor(m_codec.get(), m_stream.encode.options.get(), "flags", AV_CODEC_FLAG_BITEXACT);
+    const std::string library = isBitexact ? "Lavc" : LIBAVCODEC_IDENT;
     const std::string name = library + " " + m_stream.encode.encoder->name;
     av_dict_set(&tags, "encoder", name.c_str(), 0);
 }

@@ -109,11 +109,6 @@ void OutputFile::checkTarget(const InputFiles &inputs) const
     }
 }
 
-void OutputFile::limitDuration(std::int64_t duration)
-{
-    m_range.duration = std::min(m_range.duration.value_or(duration), duration);
-}
-
 OutputStream &OutputFile::addStream(AVMediaType type)
 {
     AVStream *stream = avformat_new_stream(m_context.get(), nullptr);
@@ -227,6 +222,9 @@ void OutputFile::drainFilter(OutputStream &stream, AVPacket &packet)
 
 void OutputFile::finish(OutputStream &stream)
 {
+    if (stream.isFinished) {
+        return;
+    }
     if (stream.bitstreamFilter && stream.isReady) {
         const PacketPtr packet(av_packet_alloc());
         if (packet && av_bsf_send_packet(stream.bitstreamFilter.get(), nullptr) >= 0) {
@@ -234,6 +232,11 @@ void OutputFile::finish(OutputStream &stream)
         }
     }
     stream.isFinished = true;
+    // With -shortest the other streams end where this one did.
+    if (m_arguments.isOn("shortest") && stream.type() != AVMEDIA_TYPE_ATTACHMENT) {
+        const std::int64_t length = av_rescale_q(stream.duration, stream.packetBase, microseconds);
+        m_range.duration = std::min(m_range.duration.value_or(length), length);
+    }
 }
 
 void OutputFile::queueOrMux(OutputStream &stream, AVPacket &packet)

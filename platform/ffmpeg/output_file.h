@@ -41,9 +41,6 @@ public:
     /// Where the output begins in the inputs' time, in microseconds.
     [[nodiscard]] std::int64_t start() const { return m_range.start.value_or(0); }
 
-    /// Ends the output no later than this, in microseconds from its start.
-    void limitDuration(std::int64_t duration);
-
     /// @throws CommandFailed when an input is this very file, or when the file may not be
     ///         overwritten.
     void checkTarget(const InputFiles &inputs) const;
@@ -58,7 +55,7 @@ public:
     /// stream's packetBase. The packet is left empty.
     /// @throws CommandFailed when it cannot be written.
     void write(OutputStream &stream, AVPacket &packet);
-    /// No more packets come: what the bitstream filters hold is written.
+    /// No more packets come: what the bitstream filters hold is written. Once is enough.
     void finish(OutputStream &stream);
 
     /// Writes the end and closes the file, which is kept from then on.

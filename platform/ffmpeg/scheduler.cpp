@@ -125,19 +125,8 @@ void Scheduler::step(Route &route)
 void Scheduler::endRoute(Route &route)
 {
     route.isEnded = true;
-    if (!route.stream->isFinished || !route.stream->isCopied) {
+    if (!route.stream->isFinished) {
         route.path->finish();
-    }
-    applyShortest(route);
-}
-
-// With -shortest the other streams of the output end where the first one did.
-void Scheduler::applyShortest(const Route &route)
-{
-    if (route.output->arguments().isOn("shortest") &&
-        route.stream->type() != AVMEDIA_TYPE_ATTACHMENT) {
-        route.output->limitDuration(
-            av_rescale_q(route.stream->duration, route.stream->packetBase, microseconds));
     }
 }
 

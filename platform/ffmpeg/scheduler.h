@@ -38,8 +38,7 @@ private:
     [[nodiscard]] bool wantsMore(const Route &route) const;
     [[nodiscard]] Route *furthestBehind();
     void step(Route &route);
-    void endRoute(Route &route);
-    void applyShortest(const Route &route);
+    static void endRoute(Route &route);
 
     const InputFiles &m_inputs;
     const RunContext &m_run;

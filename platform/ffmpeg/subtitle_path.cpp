@@ -179,9 +179,7 @@ void SubtitlePath::encodeOnce(AVSubtitle &subtitle, std::int64_t position, bool 
 void SubtitlePath::finish()
 {
     m_run.control.countDecoded(m_decoded, m_errors);
-    if (!m_stream.isFinished) {
-        m_output.finish(m_stream);
-    }
+    m_output.finish(m_stream);
 }
 
 } // namespace veltro::ffmpeg
