@@ -3,9 +3,11 @@
 #include "platform/ffmpeg/command_run.h"
 
 #include "platform/ffmpeg/output_plan.h"
+#include "platform/ffmpeg/playback_transcode.h"
 #include "platform/ffmpeg/run_report.h"
 #include "platform/ffmpeg/scheduler.h"
 
+#include <algorithm>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -77,10 +79,15 @@ void stepBack()
 
 void runCommand(const CommandLine &command, SessionLog &log, RunControl &control)
 {
-    const RunContext run = makeContext(command, log, control);
+    RunContext run = makeContext(command, log, control);
     if (command.inputs.empty() && command.outputs.empty()) {
         throw CommandFailed("Use -h to get full help or, even better, run 'man ffmpeg'");
     }
+    // What a playback transcode makes takes the place of the file that it was made from, so it
+    // must not be less than that: damage that a player would skip over is reason enough to stop.
+    const bool replaces =
+        std::any_of(command.outputs.begin(), command.outputs.end(), isPlaybackTranscode);
+    run.stopsOnError = run.stopsOnError || replaces;
     const InputFiles inputs = openInputs(command, run);
     const OutputFiles outputs = planOutputs(command, inputs, run);
     if (outputs.empty()) {
@@ -94,6 +101,9 @@ void runCommand(const CommandLine &command, SessionLog &log, RunControl &control
     scheduler.run();
     if (control.isDamaged(run.highestErrorRate)) {
         throw CommandFailed("Too little of the input could be decoded", codeOfDamage);
+    }
+    if (replaces) {
+        refuseShortened(inputs, outputs);
     }
     for (const auto &output : outputs) {
         output->complete();

@@ -296,8 +296,12 @@ bool InputFile::read(AVPacket &packet)
     }
     InputStream &stream = m_streams[static_cast<std::size_t>(packet.stream_index)];
     if (packet.flags & AV_PKT_FLAG_CORRUPT) {
-        m_run.warn(m_url + ": corrupt input packet in stream " +
-                   std::to_string(packet.stream_index));
+        const std::string text =
+            m_url + ": corrupt input packet in stream " + std::to_string(packet.stream_index);
+        if (m_run.stopsOnError) {
+            throw CommandFailed(text);
+        }
+        m_run.warn(text);
     }
     if (!stream.sawPacket) {
         stream.sawPacket = true;

@@ -54,6 +54,34 @@ void fitToPlayback(const OutputFile &output, const InputFiles &inputs,
     }
 }
 
+void refuseShortened(const InputFiles &inputs,
+                     const std::vector<std::unique_ptr<OutputFile>> &outputs)
+{
+    std::int64_t written = 0;
+    for (const auto &output : outputs) {
+        if (output->range().duration || output->range().start) {
+            return; // a part was asked for
+        }
+        for (const auto &stream : output->streams()) {
+            if (stream->lastDts != noTimestamp) {
+                written = std::max(written, av_rescale_q(stream->lastDts, stream->stream->time_base,
+                                                         microseconds));
+            }
+        }
+    }
+    for (const auto &input : inputs) {
+        const std::int64_t announced = input->context()->duration;
+        const bool isWhole = !input->range().duration && !input->range().start;
+        if (input->context()->duration_estimation_method == AVFMT_DURATION_FROM_BITRATE) {
+            continue; // nobody has said it
+        }
+        const std::int64_t tolerated = std::max(std::int64_t{AV_TIME_BASE}, announced / 10);
+        if (isWhole && announced > 0 && addTime(written, tolerated) < announced) {
+            throw CommandFailed(input->url() + ": the file breaks off before its end");
+        }
+    }
+}
+
 const AVCodec &playbackVideoEncoder(const OutputStream &stream)
 {
     const AVCodecParameters &codec = *stream.source->stream->codecpar;

@@ -22,6 +22,11 @@ inline constexpr std::string_view playbackEncoder = "h264_videotoolbox";
 void fitToPlayback(const OutputFile &output, const InputFiles &inputs,
                    std::vector<InputStream *> &sources);
 
+/// Refuses a result that is clearly shorter than the input says that it is: the input broke off.
+/// @throws CommandFailed
+void refuseShortened(const InputFiles &inputs,
+                     const std::vector<std::unique_ptr<OutputFile>> &outputs);
+
 /// The encoder that stands for playbackEncoder.
 [[nodiscard]] const AVCodec &playbackVideoEncoder(const OutputStream &stream);
 /// What the command line leaves open: preset, timestamps as they are, even sizes.
