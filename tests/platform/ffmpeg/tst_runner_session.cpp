@@ -1,0 +1,343 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/platform/ffmpeg/file_server.h"
+#include "tests/platform/ffmpeg/runner_support.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <barrier>
+#include <csignal>
+#include <cstdlib>
+#include <locale.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+using namespace veltro::ffmpeg;
+
+// Sessions as such: how they end, what they leave, and that they do not meet.
+class TestRunnerSession : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void sessionsAtOnceKeepTheirLogsApart();
+    void aSessionCancelledBeforeItsRunDoesNothing();
+    void cancellingACopyLeavesNothing();
+    void cancellingAWaitForTheNetworkEndsIt();
+    void reportsHowFarItIs();
+    void fetchesWithTheHeadersAndCookiesOfItsInput();
+    void fetchesPlaylistsOverTheNetwork();
+    void saysWhatTheServerRefused();
+    void leavesNothingWhenTheDiskIsFull_data();
+    void leavesNothingWhenTheDiskIsFull();
+    void neverRemovesWhatIsNoRegularFile();
+    void readsNumbersWithAPointUnderACommaLocale();
+    void obeysTheLevelOfItsLog();
+    void doesNotGrowWithTheNumberOfRuns();
+
+private:
+    [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
+    [[nodiscard]] QStringList copying(const QString &input, const QString &output) const
+    {
+        return {u"-y"_s, u"-i"_s, input, u"-c"_s, u"copy"_s, output};
+    }
+
+    QTemporaryDir m_folder;
+};
+
+namespace {
+
+/// Files of this process cannot grow over a size while it lives; writing more fails.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(qint64 bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_previous);
+        const rlimit limit{static_cast<rlim_t>(bytes), m_previous.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_previous); }
+    FileSizeLimit(const FileSizeLimit &) = delete;
+    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+
+private:
+    rlimit m_previous = {};
+};
+
+qint64 residentPages()
+{
+    return contentOf(u"/proc/self/statm"_s).split(' ').value(1).toLongLong();
+}
+
+} // namespace
+
+void TestRunnerSession::initTestCase()
+{
+    QVERIFY(m_folder.isValid());
+    const QStringList sources = wordsOf("-f lavfi -i testsrc2=d=4:s=320x180:r=25 -f lavfi -i "
+                                        "sine=d=4 -c:v libx264 -preset ultrafast -c:a aac");
+    QVERIFY(makeMedia(sources + QStringList{path(u"av.mp4"_s), path(u"av.ts"_s)}));
+    QVERIFY(makeMedia({u"-i"_s, path(u"av.ts"_s), u"-c"_s, u"copy"_s, u"-hls_time"_s, u"1"_s,
+                       u"-hls_list_size"_s, u"0"_s, path(u"list.m3u8"_s)}));
+}
+
+void TestRunnerSession::sessionsAtOnceKeepTheirLogsApart()
+{
+    constexpr int count = 4;
+    constexpr int rounds = 10;
+    std::array<QByteArray, count> faults;
+    std::barrier start(count);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < count; ++i) {
+        const QString own = u"own%1"_s.arg(i);
+        QVERIFY(QFile::copy(path(u"av.ts"_s), path(own + u".ts"_s)));
+        QVERIFY(writeFile(path(own + u".bad.mp4"_s), QByteArray("no film ").repeated(100 + i)));
+        threads.emplace_back([this, i, own, &faults, &start] {
+            const QStringList good = copying(path(own + u".ts"_s), path(own + u".mp4"_s));
+            const QStringList bad = copying(path(own + u".bad.mp4"_s), path(own + u".no.mp4"_s));
+            for (int round = 0; round < rounds; ++round) {
+                start.arrive_and_wait();
+                const ToolAnswer answer = runInProcess((round + i) % 2 ? good : bad);
+                if (answer.code != ((round + i) % 2 ? 0 : 1) ||
+                    !answer.log.contains(own.toUtf8())) {
+                    faults[static_cast<std::size_t>(i)] = answer.log;
+                }
+                for (int other = 0; other < count; ++other) {
+                    if (other != i && answer.log.contains("own" + QByteArray::number(other))) {
+                        faults[static_cast<std::size_t>(i)] = answer.log;
+                    }
+                }
+            }
+        });
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    for (const QByteArray &fault : faults) {
+        QVERIFY2(fault.isEmpty(), fault.constData());
+    }
+}
+
+void TestRunnerSession::aSessionCancelledBeforeItsRunDoesNothing()
+{
+    const auto session = mediaTools().makeSession();
+    session->cancel();
+    const QString output = path(u"never.mp4"_s);
+    QCOMPARE(session->run(argumentsOf(copying(path(u"av.mp4"_s), output))), 255);
+    QVERIFY(!QFile::exists(output));
+}
+
+void TestRunnerSession::cancellingACopyLeavesNothing()
+{
+    // Read at the pace at which it plays, so that it is still going on when it is cancelled.
+    FileServer server(QDir(m_folder.path()));
+    const QString output = path(u"cancelled.ts"_s);
+    const auto session = mediaTools().makeSession();
+    int code = -1;
+    std::thread runner([&] {
+        code = session->run(argumentsOf(
+            {u"-re"_s, u"-i"_s, server.address(u"av.ts"_s), u"-c"_s, u"copy"_s, output}));
+    });
+    const bool began = QTest::qWaitFor([&] { return session->progress().positionSeconds > 0; });
+    const bool wasThere = QFile::exists(output);
+    session->cancel();
+    runner.join();
+    QVERIFY(began && wasThere);
+    QCOMPARE(code, 255);
+    QVERIFY(!QFile::exists(output));
+}
+
+void TestRunnerSession::cancellingAWaitForTheNetworkEndsIt()
+{
+    FileServer server(QDir(m_folder.path()));
+    const QString output = path(u"waited.mp4"_s);
+    const auto session = mediaTools().makeSession();
+    int code = -1;
+    std::thread runner(
+        [&] { code = session->run(argumentsOf(copying(server.address(u"stall"_s), output))); });
+    const bool asked = QTest::qWaitFor([&] { return !server.requests().empty(); });
+    session->cancel();
+    runner.join();
+    QVERIFY(asked);
+    QCOMPARE(code, 255);
+    QVERIFY(!QFile::exists(output));
+}
+
+void TestRunnerSession::reportsHowFarItIs()
+{
+    const QString output = path(u"progress.mp4"_s);
+    const auto session = mediaTools().makeSession();
+    QCOMPARE(session->progress().bytesWritten, 0);
+    QCOMPARE(session->run(argumentsOf(copying(path(u"av.ts"_s), output))), 0);
+    QVERIFY(session->progress().positionSeconds > 3.8);
+    QVERIFY(session->progress().positionSeconds < 4.2);
+    QVERIFY(session->progress().bytesWritten > QFile(output).size() * 9 / 10);
+}
+
+void TestRunnerSession::fetchesWithTheHeadersAndCookiesOfItsInput()
+{
+    FileServer server(QDir(m_folder.path()));
+    const QString fetched = path(u"fetched.mp4"_s);
+    const QString local = path(u"local.mp4"_s);
+    const ToolAnswer answer = runInProcess(
+        {u"-y"_s, u"-hide_banner"_s, u"-cookies"_s, u"taste=sweet; path=/;\r\n"_s, u"-headers"_s,
+         u"User-Agent: Somebody\r\nX-Own: yes\r\n"_s, u"-seekable"_s, u"0"_s, u"-i"_s,
+         server.address(u"av.ts"_s), u"-c"_s, u"copy"_s, u"-f"_s, u"mp4"_s, u"file:"_s + fetched});
+    QVERIFY2(answer.code == 0, answer.log.constData());
+    const std::vector<std::string> requests = server.requests();
+    QCOMPARE(requests.size(), 1U);
+    for (const char *line :
+         {"Cookie: taste=sweet\r\n", "User-Agent: Somebody\r\n", "X-Own: yes\r\n"}) {
+        QVERIFY2(requests.front().find(line) != std::string::npos, requests.front().c_str());
+    }
+    QVERIFY(requests.front().find("Range:") == std::string::npos);
+    QCOMPARE(runInProcess(copying(path(u"av.ts"_s), local)).code, 0);
+    QVERIFY(contentOf(fetched) == contentOf(local));
+}
+
+void TestRunnerSession::fetchesPlaylistsOverTheNetwork()
+{
+    FileServer server(QDir(m_folder.path()));
+    const QString theirs = path(u"theirs.part"_s);
+    const QString ours = path(u"ours.part"_s);
+    const auto command = [&server](const QString &output) {
+        return QStringList{
+            u"-y"_s, u"-loglevel"_s, u"verbose"_s, u"-i"_s,  server.address(u"list.m3u8"_s),
+            u"-c"_s, u"copy"_s,      u"-f"_s,      u"mp4"_s, u"file:"_s + output};
+    };
+    QCOMPARE(runTool(u"ffmpeg"_s, command(theirs)).code, 0);
+    const ToolAnswer answer = runInProcess(command(ours));
+    QVERIFY2(answer.code == 0, answer.log.constData());
+    QVERIFY(!contentOf(ours).isEmpty());
+    QVERIFY(contentOf(ours) == contentOf(theirs));
+}
+
+void TestRunnerSession::saysWhatTheServerRefused()
+{
+    FileServer server(QDir(m_folder.path()));
+    const QString address = server.address(u"nothing.m3u8"_s);
+    const ToolAnswer answer = runInProcess(copying(address, path(u"nothing.mp4"_s)));
+    QCOMPARE(answer.code, 1);
+    QCOMPARE(lastLineOf(answer.log), address.toUtf8() + ": Server returned 404 Not Found");
+}
+
+void TestRunnerSession::leavesNothingWhenTheDiskIsFull_data()
+{
+    QTest::addColumn<double>("share");
+    QTest::addColumn<bool>("isRearranged");
+    QTest::newRow("at the beginning") << 0.0 << false;
+    QTest::newRow("in the middle") << 0.5 << false;
+    QTest::newRow("in the index at the end") << 0.999 << false;
+    QTest::newRow("while the index moves to the front") << 0.999 << true;
+}
+
+void TestRunnerSession::leavesNothingWhenTheDiskIsFull()
+{
+    QFETCH(const double, share);
+    QFETCH(const bool, isRearranged);
+    const QString output = path(u"full.mp4"_s);
+    QStringList command = copying(path(u"av.mp4"_s), output);
+    if (isRearranged) {
+        command.insert(command.size() - 1, u"-movflags"_s);
+        command.insert(command.size() - 1, u"+faststart"_s);
+    }
+    QCOMPARE(runInProcess(command).code, 0);
+    const qint64 whole = QFile(output).size();
+    ToolAnswer answer;
+    {
+        const FileSizeLimit limit(static_cast<qint64>(static_cast<double>(whole) * share));
+        answer = runInProcess(command);
+    }
+    QCOMPARE(answer.code, 1);
+    QVERIFY2(lastLineOf(answer.log).endsWith(": File too large"), answer.log.constData());
+    QVERIFY(!QFile::exists(output));
+}
+
+void TestRunnerSession::neverRemovesWhatIsNoRegularFile()
+{
+    const QString pipe = path(u"pipe.ts"_s);
+    QCOMPARE(mkfifo(pipe.toUtf8().constData(), 0600), 0);
+    // The header is refused when the pipe is open already.
+    std::thread reader([&pipe] { static_cast<void>(contentOf(pipe)); });
+    const ToolAnswer answer = runInProcess(
+        {u"-y"_s, u"-i"_s, path(u"av.mp4"_s), u"-c"_s, u"copy"_s, u"-f"_s, u"mp4"_s, pipe});
+    reader.join();
+    QCOMPARE(answer.code, 1);
+    struct stat now = {};
+    QCOMPARE(lstat(pipe.toUtf8().constData(), &now), 0);
+    QVERIFY(S_ISFIFO(now.st_mode));
+}
+
+void TestRunnerSession::readsNumbersWithAPointUnderACommaLocale()
+{
+    const QString plain = path(u"plain.mp4"_s);
+    const QString comma = path(u"comma.mp4"_s);
+    const auto command = [this](const QString &output) {
+        return QStringList{u"-y"_s,
+                           u"-ss"_s,
+                           u"0.5"_s,
+                           u"-i"_s,
+                           path(u"av.mp4"_s),
+                           u"-vf"_s,
+                           u"setpts=PTS*1.5,scale=iw*0.5:-2"_s,
+                           u"-t"_s,
+                           u"1.5"_s,
+                           u"-preset"_s,
+                           u"ultrafast"_s,
+                           output};
+    };
+    QCOMPARE(runInProcess(command(plain)).code, 0);
+    // A locale of our own making, as a machine may have none with a comma.
+    const QString locales = path(u"locales"_s);
+    QVERIFY(QDir().mkpath(locales));
+    const QString made = locales + u"/de_DE.UTF-8"_s;
+    static_cast<void>(runTool(u"localedef"_s, {u"-i"_s, u"de_DE"_s, u"-f"_s, u"UTF-8"_s, made}));
+    QVERIFY(qputenv("LOCPATH", locales.toLocal8Bit()));
+    QVERIFY(setlocale(LC_ALL, "de_DE.UTF-8"));
+    const double before = std::strtod("1,5", nullptr);
+    const ToolAnswer answer = runInProcess(command(comma));
+    const double after = std::strtod("1,5", nullptr);
+    setlocale(LC_ALL, "C.UTF-8");
+    qunsetenv("LOCPATH");
+    QCOMPARE(before, 1.5);
+    QCOMPARE(after, 1.5);
+    QVERIFY2(answer.code == 0, answer.log.constData());
+    QVERIFY(contentOf(comma) == contentOf(plain));
+}
+
+void TestRunnerSession::obeysTheLevelOfItsLog()
+{
+    const QStringList command = copying(path(u"av.mp4"_s), path(u"quiet.mp4"_s));
+    const auto logAt = [&command](const QString &level) {
+        return runInProcess(QStringList{u"-hide_banner"_s, u"-loglevel"_s, level} + command).log;
+    };
+    QVERIFY(logAt(u"quiet"_s).isEmpty());
+    QVERIFY(logAt(u"error"_s).isEmpty());
+    const QByteArray usual = logAt(u"repeat+info"_s);
+    QVERIFY(usual.startsWith("Input #0, mov,mp4"));
+    QVERIFY(usual.contains("Stream #0:0 -> #0:0 (copy)\n"));
+    QVERIFY(logAt(u"verbose"_s).size() >= usual.size());
+}
+
+void TestRunnerSession::doesNotGrowWithTheNumberOfRuns()
+{
+    const QStringList command = copying(path(u"av.mp4"_s), path(u"many.mp4"_s));
+    const auto runOften = [&command](int count) {
+        for (int i = 0; i < count; ++i) {
+            static_cast<void>(runInProcess(command));
+        }
+        return residentPages();
+    };
+    const qint64 before = runOften(20);
+    const qint64 grown = (runOften(60) - before) * 4096;
+    QVERIFY2(grown < 10 * 1024 * 1024, qPrintable(QString::number(grown)));
+}
+
+QTEST_GUILESS_MAIN(TestRunnerSession)
+#include "tst_runner_session.moc"
