@@ -73,7 +73,10 @@ def make_generated_sources(paths: list[Path]) -> None:
 
 def common_key() -> bytes:
     version = subprocess.run([TOOL, "--version"], check=True, capture_output=True).stdout
-    return version + (sources.ROOT / ".clang-tidy").read_bytes()
+    settings = [sources.ROOT / ".clang-tidy",
+                *(path for room in sources.ROOMS
+                  for path in sorted((sources.ROOT / room).rglob(".clang-tidy")))]
+    return version + b"".join(path.read_bytes() for path in settings)
 
 
 def key_of(path: Path, command: str, common: bytes) -> str:
