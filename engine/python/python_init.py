@@ -21,10 +21,10 @@ def apply_after_import() -> None:
 
     self_check.require_names()
     from veltro_ytdlp import cancelling, extraction, ffmpeg_route, fragments
-    from veltro_ytdlp import overwriting, plugins, subtitles, youtube_dl
+    from veltro_ytdlp import overwriting, plugins, sparing, subtitles, youtube_dl
 
     for step in (plugins, ffmpeg_route, cancelling, fragments, extraction,
-                 overwriting, subtitles, youtube_dl):
+                 overwriting, sparing, subtitles, youtube_dl):
         step.apply()
     self_check.require_steps()
 

@@ -24,6 +24,9 @@ _FLAG_HALVES = ''.join(map(chr, range(0x1F1E6, 0x1F200)))
 class FileNames:
     """The part of YoutubeDL that makes a name of what a page says."""
 
+    # Names without their types, and what has them.
+    _taken: dict[str, tuple] = {}
+
     @staticmethod
     def _outtmpl_expandpath(outtmpl: str) -> str:
         """Folders and templates are taken literally: no variables, no tilde."""
@@ -41,7 +44,25 @@ class FileNames:
             folders.insert(0, '..')  # the template's own wish, to be refused; no page can have it
         limit = _longest_name(self.downloads_folder)
         folders = [_cut(folder, limit) for folder in folders]
-        return prefix + '/'.join((*folders, _shortened(last, info_dict, limit - ROOM_BYTES)))
+        last = _shortened(last, info_dict, limit - ROOM_BYTES)
+        return self._untaken(prefix + '/'.join((*folders, last)), info_dict)
+
+    def take_name(self, stem: str, info: dict[str, Any]) -> None:
+        """Remember that a file of this run has the name."""
+        self._taken = {**self._taken, stem: _identity(info)}
+
+    def _untaken(self, path: str, info: dict[str, Any]) -> str:
+        """A list's second item does not replace its first because they are called the same."""
+        stem, ending = os.path.splitext(path)
+        number, name = 1, stem
+        while self._taken.get(name, _identity(info)) != _identity(info):
+            number += 1
+            name = f'{stem} ({number})'
+        return name + ending
+
+
+def _identity(info: dict[str, Any]) -> tuple:
+    return tuple(info.get(key) for key in ('webpage_url', 'id', 'playlist_index'))
 
 
 def _tame(part: str) -> str:

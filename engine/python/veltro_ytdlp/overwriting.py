@@ -12,7 +12,7 @@ import contextlib
 import hashlib
 import os
 import re
-from collections.abc import Callable
+from collections.abc import Callable, Iterable
 from typing import Any
 
 from yt_dlp.postprocessor.movefilesafterdownload import MoveFilesAfterDownloadPP
@@ -67,6 +67,7 @@ class Working:
         """path is the final path as yt-dlp would have it, with the type of the media."""
         self._tag = _tag(info)
         stem, self._ending = os.path.splitext(path)
+        self.final_stem = stem
         self._stem = f'{stem}.{self._tag}'
         self.path = self._stem + self._ending
         pieces = (f'{self._stem}.f{each["format_id"]}.{each["ext"]}'
@@ -78,22 +79,37 @@ class Working:
 
     def final(self, path: str) -> str:
         """The final path of a file under a working name; its ending may have changed."""
-        return self._stem.removesuffix('.' + self._tag) + path.removeprefix(self._stem)
+        return self.final_stem + path.removeprefix(self._stem)
 
     def discard(self, *, continued: bool) -> None:
         """Remove what the run has written; continued keeps what a later run goes on with."""
+        _remove(path for path in self._siblings()
+                if self.owns(path) and not (continued and self._is_continued(path)))
+
+    def discard_other_qualities(self) -> None:
+        """Remove what cancelled runs have left that were to end in the same file."""
+        stem = re.escape(self.final_stem)
+        merged = re.compile(rf'{stem}\.{_MERGED_TAG}\..*', re.DOTALL)
+        single = re.compile(rf'{stem}\.f[\w=-]+\.\w+\.(part|ytdl)')
+        _remove(path for path in self._siblings()
+                if merged.fullmatch(path) or single.fullmatch(path))
+
+    def _siblings(self) -> list[str]:
         folder = os.path.dirname(self._stem)
         with contextlib.suppress(OSError):
-            paths = [os.path.join(folder, name) for name in os.listdir(folder)]
-            for path in filter(self.owns, paths):
-                if not (continued and self._is_continued(path)):
-                    with contextlib.suppress(OSError):
-                        os.remove(path)
+            return [os.path.join(folder, name) for name in os.listdir(folder)]
+        return []
 
     def _is_continued(self, path: str) -> bool:
         for ending in _CONTINUED_ENDINGS:
             path = path.removesuffix(ending)
         return path in self._media
+
+
+def _remove(paths: Iterable[str]) -> None:
+    for path in paths:
+        with contextlib.suppress(OSError):
+            os.remove(path)
 
 
 def _tag(info: dict[str, Any]) -> str:
@@ -137,25 +153,31 @@ class Overwriting:
             return
         cancelling.check(self)
         self.require_acceptable(info_dict)
-        for each in info_dict.get('requested_formats') or ():
-            each['format_id'] = short_identifier(each.get('format_id'))
+        if info_dict.get('requested_formats'):
+            info_dict['requested_formats'] = [
+                {**each, 'format_id': short_identifier(each.get('format_id'))}
+                for each in info_dict['requested_formats']]
         self.working, self._finishing_begun = None, False
         try:
             super().process_info(info_dict)
         except BaseException as error:
-            if self.working:
-                # What was put together wrongly would be put together wrongly again.
-                cancelled = isinstance(error, DownloadCancelled)
-                self.working.discard(continued=cancelled or not self._finishing_begun)
+            self._clear_away(error)
             raise
+        if self.working:
+            self.take_name(self.working.final_stem, info_dict)
+            self.working.discard_other_qualities()
+
+    def _clear_away(self, error: BaseException) -> None:
+        if self.working:
+            # What was put together wrongly would be put together wrongly again.
+            cancelled = isinstance(error, DownloadCancelled)
+            self.working.discard(continued=cancelled or not self._finishing_begun)
 
     def dl(self, name: str, info: dict[str, Any], subtitle: bool = False,
            test: bool = False) -> tuple[bool, bool]:
         if info.get('is_live') and self.working and name == self.working.path:
             # Another day's recording is not the beginning of this one.
-            for ending in ('', *_CONTINUED_ENDINGS):
-                with contextlib.suppress(OSError):
-                    os.remove(name + ending)
+            _remove(name + ending for ending in ('', *_CONTINUED_ENDINGS))
         success, _ = super().dl(name, info, subtitle, test)
         # A file kept from an interrupted run has not been through the fix-ups yet.
         return success, True

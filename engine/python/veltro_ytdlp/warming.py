@@ -1,12 +1,24 @@
 # SPDX-FileCopyrightText: Veltro contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Loads ahead what the first extraction of an unknown page needs: most extractors."""
+"""Does ahead what the first extraction of an unknown page would do."""
+
+import encodings.idna  # noqa: F401 - looked up with the first name of a host
+import gc
 
 import yt_dlp
 
+_PAGE = '<html></html>'
+_ADDRESS = 'http://localhost/'
+
 
 def warm_up() -> None:
-    """Look for players in an empty page; that asks every extractor and no server."""
+    """Ask every extractor about an address and a page that are nobody's, and no server."""
     ydl = yt_dlp.YoutubeDL({'quiet': True, 'no_warnings': True, 'skip_download': True})
-    generic = ydl.get_info_extractor('Generic')
-    list(generic._extract_embeds('http://localhost/', '<html></html>') or ())
+    for extractor in ydl._ies.values():
+        extractor.suitable(_ADDRESS)
+    list(ydl.get_info_extractor('Generic')._extract_embeds(_ADDRESS, _PAGE) or ())
+    ydl._request_director  # reads the certificates
+    del ydl
+    # What is loaded stays; looking through it again would make each later collection long.
+    gc.collect()
+    gc.freeze()

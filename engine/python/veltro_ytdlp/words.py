@@ -20,7 +20,8 @@ _FILE_FAILURES = {
 _NAMED_FILE_FAILURES = {errno.EACCES: _NOT_WRITABLE, errno.EPERM: _NOT_WRITABLE}
 _ERROR_NUMBER = re.compile(r'\[Errno (-?\d+)\] (?:[^:\']*(: \'/))?')
 # Advice that is meant for users of the command line and leads nowhere here.
-_ADVICE = re.compile(r'(?is)[;,.]?\s*please report this issue on\b.*| \(caused by .*')
+_ADVICE = re.compile(
+    r'(?is)[;,.]?\s*please report this issue on\b.*| \(caused by .*|[;,.]?\s+use --[a-z].*')
 _TAGS = re.compile(r'\[Errno -?\d+\] |\r\[download\] Got error: ')
 _PREFIX = 'ERROR: '
 

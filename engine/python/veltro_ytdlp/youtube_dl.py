@@ -14,6 +14,7 @@ from .extraction import OneExtraction
 from .file_names import FileNames
 from .formats import Formats
 from .overwriting import Overwriting
+from .sparing import Sparing
 from .subtitles import Subtitles
 from .supplemental import Supplemental
 from .thumbnails import Thumbnails
@@ -22,7 +23,7 @@ from .words import Words
 
 class SavingYoutubeDL(
         OneExtraction, Formats, Overwriting, Containment, FileNames, Subtitles, Thumbnails,
-        Supplemental, Words, Cookies, YoutubeDL):
+        Supplemental, Words, Cookies, Sparing, YoutubeDL):
     """A YoutubeDL that saves into one folder and leaves nothing half done in it.
 
     One object serves one probe or one run, on one thread.

@@ -3,6 +3,7 @@
 """The adjusted yt-dlp as the engine finds it after a bootstrap, one interpreter a case."""
 
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -10,6 +11,7 @@ import textwrap
 import unittest
 
 import clips
+import python_init
 from engine_case import EngineCase
 
 _HERE = os.path.dirname(os.path.abspath(__file__))
@@ -108,6 +110,32 @@ class Bootstrap(unittest.TestCase):
                 assert 'simulate' not in yt_dlp.YoutubeDL({'verbose': True}).params
             ''', env={**os.environ, 'XDG_CONFIG_HOME': home})
             self.assertEqual((done.returncode, done.stderr), (0, ''))
+
+
+    def test_the_bundled_javascript_runtime_finds_its_modules_beside_itself(self):
+        with tempfile.TemporaryDirectory() as bundle:
+            resources = os.path.join(bundle, 'Contents', 'Resources')
+            shutil.copytree(os.path.dirname(python_init.__file__), resources)
+            for name in ('python_init.py', 'veltro_ytdlp'):
+                os.symlink(os.path.join(resources, name), os.path.join(bundle, name))
+            os.makedirs(os.path.join(resources, 'deno', 'cache'))
+            runtime = os.path.join(resources, 'deno', 'deno')
+            with open(runtime, 'w') as file:
+                file.write('#!/bin/sh\necho "deno 2.9.6 $DENO_DIR"\n')
+            os.chmod(runtime, 0o700)
+            done = child('''
+                import os, python_init, yt_dlp
+                python_init.apply_after_import()
+                ydl = yt_dlp.YoutubeDL({'verbose': True})
+                found = ydl._js_runtimes['deno'].info
+                print(found.path, found.version, os.environ.get('DENO_DIR'))
+                print(yt_dlp.utils.Popen.run([found.path], text=True, stdout=-1)[0])
+            ''', env={**os.environ, 'PYTHONPATH': f'{bundle}:{os.environ["PYTHONPATH"]}'})
+            self.assertEqual(done.stderr, '')
+            path, version, environment, deno, number, modules = done.stdout.split()
+            self.assertEqual((path, version), (runtime, '2.9.6'))
+            self.assertEqual(environment, 'None')
+            self.assertEqual(modules, os.path.join(resources, 'deno', 'cache'))
 
 
 class HostFunctions(unittest.TestCase):

@@ -96,6 +96,29 @@ class Overwriting(EngineCase):
                 self.assertEqual(self.files(), sorted((*settled,)))
                 self.assertEqual(len(clips.packets(saved.path)['video']), 96)
 
+    def test_items_that_are_called_the_same_do_not_replace_each_other(self):
+        media = [self.serve(f'/{name}.mp4', clips.movie()) for name in 'abc']
+        feed = self.serve('/feed.rss', '<rss version="2.0"><channel><title>F</title>' + ''.join(
+            f'<item><title>Same</title><link>{each}</link></item>' for each in media)
+            + '</channel></rss>')
+        settled = self.settle('Same.mp4')
+        saved = self.saved(feed, outtmpl=f'{self.folder}/%(title)s.%(ext)s')
+        self.assertEqual(self.files(),
+                         sorted(('Same.mp4', 'Same (2).mp4', 'Same (3).mp4', _NOTES)))
+        self.assertNotEqual(self.content('Same.mp4'), settled['Same.mp4'])
+        self.assertEqual(os.path.basename(saved.path), 'Same (3).mp4')
+
+    def test_what_cancelled_runs_in_other_qualities_left_goes_with_success(self):
+        url = self.serve_dash()
+        settled = self.settle(_SETTLED[0])
+        cancel = lambda status: (status['status'] == 'downloading'
+                                 and status.get('fragment_index') == 2)
+        for selector in ('bestvideo', 'bestaudio', 'bestvideo+bestaudio'):
+            self.save(url, cancel=cancel, format=selector)
+        self.assertEqual(len(self.files()), len(settled) + 6)
+        saved = self.saved(url, format='bestvideo')
+        self.assertEqual(self.files(), sorted((*settled, os.path.basename(saved.path))))
+
     def test_a_post_processing_error_is_the_last_line_of_the_log(self):
         self.tools.failing['-c'] = 'frame=0\n\nThe codec is not supported\n'
         self.assertEqual(str(self.save(self.serve_dash()).error),

@@ -91,6 +91,28 @@ class OneExtraction(EngineCase):
                          'ERROR: unable to download video data: HTTP Error 404: Not Found')
         self.assertEqual(self.files(), [])
 
+    def test_a_fragment_that_is_missing_fails_the_run(self):
+        url = self.serve_dash()
+        del self.site.contents['/seg-0-4.m4s']
+        failed = self.save(url)
+        self.assertEqual(str(failed.error), 'ERROR: HTTP Error 404: Not Found. Giving up after '
+                                            '10 retries')
+        self.assertEqual({os.path.splitext(name)[1] for name in self.files()}, {'.part', '.ytdl'})
+
+    def test_error_texts_are_free_of_advice_for_the_command_line(self):
+        missing = self.save(self.site.root + '/nowhere')
+        self.assertEqual(str(missing.error), 'ERROR: [generic] nowhere: Unable to download '
+                                             'webpage: HTTP Error 404: Not Found')
+        closed = self.save('http://127.0.0.1:1/')
+        self.assertEqual(str(closed.error),
+                         'ERROR: [generic] 127.0.0: Unable to download webpage: Connection '
+                         'refused')
+        unknown = self.save(self.serve_hls(), format='nonsense')
+        self.assertRegex(str(unknown.error), 'Requested format is not available$')
+        nothing = self.save(self.page('nothing to see'))
+        self.assertEqual(str(nothing.error),
+                         f'ERROR: Unsupported URL: {self.site.root}/page.html')
+
 
 class Formats(EngineCase):
 
