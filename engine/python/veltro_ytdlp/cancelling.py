@@ -7,7 +7,8 @@ downloads take a DownloadError for a fragment that failed and go on with the nex
 a file cut short under its name; DownloadCancelled is passed on by everything.
 """
 
-from collections.abc import Callable
+import contextlib
+from collections.abc import Callable, Iterator
 from typing import Any
 
 from yt_dlp.downloader.common import FileDownloader
@@ -29,23 +30,25 @@ def check(ydl: Any) -> None:
 
     A status that is neither "downloading" nor "finished" is looked at for cancelling only.
     """
-    try:
+    with _as_cancelling():
         for hook in ydl._progress_hooks:
             hook({'status': 'waiting'})
+
+
+@contextlib.contextmanager
+def _as_cancelling() -> Iterator[None]:
+    try:
+        yield
     except DownloadError as error:
-        raise _converted(error) from error
-
-
-def _converted(error: DownloadError) -> BaseException:
-    return DownloadCancelled(_CANCELLED) if str(error) == _CANCELLED else error
+        if str(error) != _CANCELLED:
+            raise
+        raise DownloadCancelled(_CANCELLED) from error
 
 
 def _converting(original: Callable) -> Callable:
     def hook_progress(self, status, info_dict):
-        try:
+        with _as_cancelling():
             original(self, status, info_dict)
-        except DownloadError as error:
-            raise _converted(error) from error
 
     return hook_progress
 

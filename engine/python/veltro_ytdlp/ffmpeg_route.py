@@ -47,7 +47,6 @@ def apply() -> None:
 def _replace_process_class() -> None:
     if is_replaced(Popen, '__init__'):
         return
-    replace(Popen, '__init__', _with_module_cache)
     original_run = Popen.run.__func__
 
     def make(cls, command, *args, **kwargs):
@@ -70,6 +69,7 @@ def _replace_process_class() -> None:
 
     Popen.__new__ = staticmethod(make)
     Popen.run = classmethod(run)
+    replace(Popen, '__init__', _with_module_cache)
 
 
 def _with_module_cache(original: Callable) -> Callable:

@@ -118,17 +118,24 @@ class FragmentedDownloads(EngineCase):
 class WholeFiles(EngineCase):
 
     def test_a_cancelled_file_is_continued_and_another_quality_is_not_mixed_in(self):
+        other = clips.movie()[::-1]
         self.serve('/movie.mp4', clips.movie())
-        self.serve('/other.mp4', b'0' * 1000 + clips.movie())
-        url = self.page('<video><source src="movie.mp4" label="a" res="180">'
-                        '<source src="other.mp4" label="b" res="90"></video>')
-        cancel = lambda status: status['status'] == 'downloading'
-        self.save(url, cancel=cancel, format='best')
-        part, = self.files()
-        self.assertTrue(part.endswith('.part'))
-        self.assertGreater(os.path.getsize(os.path.join(self.folder, part)), 0)
-        done = self.saved(url, format='worst', embedsubtitles=False)
-        self.assertEqual(self.content(os.path.basename(done.path))[:10], b'0' * 10)
+        self.serve('/other.mp4', other)
+        url = self.page('<video><source src="other.mp4" label="b" res="90">'
+                        '<source src="movie.mp4" label="a" res="180"></video>')
+        cancel = lambda status: (status['status'] == 'downloading'
+                                 and status['downloaded_bytes'] > 50_000)
+        plain = {'embedsubtitles': False, 'writesubtitles': False}
+        for selector, content in (('worst', other), ('best', clips.movie())):
+            self.save(url, cancel=cancel, format='best', **plain)
+            part, = self.files()
+            kept = os.path.getsize(os.path.join(self.folder, part))
+            self.assertTrue(part.endswith('.part') and kept > 50_000)
+            done = self.saved(url, format=selector, **plain)
+            first = next(each for each in done.events if each['status'] == 'downloading')
+            self.assertEqual(first['downloaded_bytes'] > kept, selector == 'best')
+            self.assertEqual(self.content(os.path.basename(done.path)), content)
+            os.remove(done.path)
 
     def test_a_file_that_was_cancelled_at_its_end_is_not_fetched_again(self):
         self.serve('/movie.mp4', clips.movie())
