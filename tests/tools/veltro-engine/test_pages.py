@@ -30,7 +30,7 @@ SAVED = [
     ("/thumbnail/relative", ["h264", "aac"], ["jpg"]),
     ("/thumbnail/missing", ["h264", "aac"], []),
     ("/redirect/chain", ["h264", "aac"], []),
-    ("/no-ranges", ["h264", "aac"], []),
+    ("/no-ranges", ["h264"], []),
     ("/dropped", ["h264", "aac"], []),
     ("/charset/meta", ["h264", "aac"], []),
     ("/with%20space/%D0%B8%20%D0%BA%D0%B8%D1%80%D0%B8%D0%BB%D0%BB%D0%B8%D1%86%D0%B0",
@@ -85,8 +85,7 @@ class Pages(harness.Case):
     def test_every_video_of_a_page_is_saved_and_the_last_is_reported(self):
         outcome = self.save("/several")
         self.assertEqual(outcome.code, 0, outcome.error)
-        saved = [name for name in names(self.folder) if name.endswith(".mp4")]
-        self.assertEqual(len(saved), 3)
+        self.assertEqual(len(names(self.folder)), 3)
         self.assertEqual(len(outcome.files), 1)
         self.assertIn("(3)", outcome.files[0].name)
 

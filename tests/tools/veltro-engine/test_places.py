@@ -16,7 +16,11 @@ def copy_of_the_bundle(folder):
     copy = pathlib.Path(folder, "bundle")
     copy.mkdir()
     shutil.copy2(BUNDLE / "veltro-engine", copy)
-    shutil.copytree(BUNDLE / "Contents", copy / "Contents", symlinks=True)
+    shutil.copytree(BUNDLE / "Contents/PlugIns", copy / "Contents/PlugIns")
+    resources = copy / "Contents/Resources"
+    resources.mkdir()
+    for entry in (BUNDLE / "Contents/Resources").iterdir():
+        (resources / entry.name).symlink_to(entry.resolve())
     for name in ("python_init.py", "veltro_ytdlp", "yt-dlp"):
         (copy / name).symlink_to(pathlib.Path("Contents/Resources", name))
     return copy
@@ -32,7 +36,7 @@ class Places(harness.Case):
     def test_a_folder_that_is_full_is_an_error(self):
         outcome = self.save("/ranges", before=self.mounted("size=200k"))
         self.assertIn("downloadFailed", outcome.error)
-        self.assertIn("No space left on device", outcome.error)
+        self.assertIn("There is no space left in the downloads folder.", outcome.error)
 
     def test_a_folder_that_fills_during_the_transcode_keeps_the_file(self):
         size = os.stat(pathlib.Path(harness.MEDIA, "vp9-opus.webm")).st_size
@@ -44,7 +48,7 @@ class Places(harness.Case):
     def test_a_folder_that_cannot_be_written_is_an_error(self):
         outcome = self.save("/plain", before=self.mounted("ro"))
         self.assertIn("downloadFailed", outcome.error)
-        self.assertIn("Read-only file system", outcome.error)
+        self.assertIn("The downloads folder cannot be written to.", outcome.error)
 
     def test_a_folder_that_is_a_link_elsewhere_is_followed(self):
         real = self.folder / "real"
