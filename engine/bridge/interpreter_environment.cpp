@@ -5,6 +5,7 @@
 #include "engine/bridge/python_symbols.h"
 
 #include <cstdlib>
+#include <dlfcn.h>
 #include <filesystem>
 #include <sstream>
 #include <string>
@@ -56,6 +57,15 @@ bool hasStandardLibrary(const fs::path &home, const std::string &version)
     return false;
 }
 
+/// The file that the loaded library came from, links resolved.
+fs::path libraryFile()
+{
+    Dl_info found{};
+    std::error_code unreadable;
+    const bool isKnown = dladdr(capi::Py_Initialize.require(), &found) != 0 && found.dli_fname;
+    return isKnown ? fs::canonical(found.dli_fname, unreadable) : fs::path();
+}
+
 void checkHome(const std::string &value, const std::string &version)
 {
     // "prefix:exec_prefix"; the modules that count lie below the first.
@@ -105,4 +115,20 @@ void checkInterpreterEnvironment()
     }
 }
 
-} // namespace veltro
+std::optional<std::wstring> programOfLibrary()
+{
+    const char *home = std::getenv("PYTHONHOME");
+    if (home && *home) {
+        return std::nullopt;
+    }
+    const std::string version = loadedVersion();
+    for (fs::path folder = libraryFile().parent_path(); folder.has_relative_path();
+         folder = folder.parent_path()) {
+        if (hasStandardLibrary(folder, version)) {
+            return (folder / "bin" / ("python" + version)).wstring();
+        }
+    }
+    return std::nullopt;
+}
+
+}

@@ -12,6 +12,8 @@
 
 #include <array>
 #include <csignal>
+#include <optional>
+#include <string>
 
 namespace veltro {
 namespace {
@@ -54,6 +56,16 @@ private:
     std::array<struct sigaction, signals.size()> m_kept{};
 };
 
+void nameProgram()
+{
+    void *setName = capi::Py_SetProgramName.find();
+    const std::optional<std::wstring> program = programOfLibrary();
+    if (setName && program) {
+        static const std::wstring kept = *program; // the interpreter keeps the pointer
+        reinterpret_cast<void (*)(const wchar_t *)>(setName)(kept.c_str());
+    }
+}
+
 void start()
 {
     checkInterpreterEnvironment();
@@ -61,6 +73,7 @@ void start()
     if (void *mode = capi::Py_UTF8Mode.find()) {
         *static_cast<int *>(mode) = 1;
     }
+    nameProgram();
     const SignalDispositions kept;
     capi::Py_Initialize();
 }

@@ -74,6 +74,8 @@ inline constinit EntryPoint<const char *()> Py_GetVersion{"Py_GetVersion"};
 inline constinit EntryPoint<int(const char *)> PyRun_SimpleString{"PyRun_SimpleString"};
 inline constinit EntryPoint<Object(const char *)> PyImport_ImportModule{"PyImport_ImportModule"};
 inline constinit EntryPoint<Object()> PyEval_GetBuiltins{"PyEval_GetBuiltins"};
+/// Takes a text that must stay where it is. Deprecated, and absent from some later version on.
+inline constinit Symbol Py_SetProgramName{"Py_SetProgramName"};
 /// An int: whether texts of the system are UTF-8 whatever the locale says.
 inline constinit Symbol Py_UTF8Mode{"Py_UTF8Mode"};
 

@@ -93,6 +93,7 @@ const std::map<std::string, std::function<void()>> &cases()
         {"version", startTwiceAndTell},
         {"library", tellWhatIsThere},
         {"encodings", tellEncodings},
+        {"prefix", [] { tell(Python().import("sys").attr("prefix").description()); }},
         {"signals", tellSignals},
         {"drop-without-lock", dropWithoutLock},
         {"legacy", useLegacyNames},

@@ -40,6 +40,7 @@ private Q_SLOTS:
 
     void wrongPythonHomeIsAnError();
     void foreignStandardLibraryOnTheSearchPathIsAnError();
+    void anotherPythonOnThePathIsNotItsHome();
     void startKeepsTheSignalDispositions();
     void plainAccessStopsTheProcessWithItsMessage_data();
     void plainAccessStopsTheProcessWithItsMessage();
@@ -258,6 +259,25 @@ void InterpretersTest::foreignStandardLibraryOnTheSearchPathIsAnError()
     const auto harmless = runChild(bridgeCase(), {QStringLiteral("version")},
                                    {{QStringLiteral("PYTHONPATH"), folder.path()}});
     VERIFY_TOLD(harmless.exitCode == 0, harmless);
+}
+
+void InterpretersTest::anotherPythonOnThePathIsNotItsHome()
+{
+    // A prefix as a version manager makes it: the same version, and modules that do not fit.
+    for (const MachineInterpreter &interpreter : machineInterpreters()) {
+        QTemporaryDir folder;
+        const QDir prefix(folder.path());
+        const QString modules = QStringLiteral("lib/python") + interpreter.version;
+        QVERIFY(prefix.mkpath(QStringLiteral("bin")) && prefix.mkpath(QStringLiteral("lib")));
+        QVERIFY(QFile::link(interpreter.prefix + u'/' + modules, prefix.filePath(modules)));
+        QVERIFY(QFile::link(QStringLiteral("/bin/true"),
+                            prefix.filePath(QStringLiteral("bin/python3"))));
+        const auto result =
+            runChild(bridgeCase(), {QStringLiteral("prefix")},
+                     {{QStringLiteral("PYTHON_LIBRARY"), interpreter.library},
+                      {QStringLiteral("PATH"), prefix.filePath(QStringLiteral("bin"))}});
+        VERIFY_TOLD(result.output.trimmed() == interpreter.prefix.toUtf8(), result);
+    }
 }
 
 void InterpretersTest::startKeepsTheSignalDispositions()
