@@ -5,17 +5,16 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QTemporaryDir>
 #include <QTest>
 
 /// An interpreter starts once in a process, so each case of a start is a process of its own.
 namespace veltro::test {
 
-using Variables = QList<std::pair<QString, QString>>;
+using Variables = QList<std::pair<QByteArray, QByteArray>>;
 
 struct ChildResult {
-    bool crashed = false;
+    bool aborted = false;
     int exitCode = 0;
     QByteArray output;
     QByteArray errors;
@@ -23,7 +22,7 @@ struct ChildResult {
     /// All of it, for a test that fails.
     [[nodiscard]] QByteArray told() const
     {
-        return (crashed ? "crashed, " : "exit code ") + QByteArray::number(exitCode) +
+        return (aborted ? "aborted, " : "exit code ") + QByteArray::number(exitCode) +
                "\nstandard output:\n" + output + "\nstandard error:\n" + errors;
     }
 };
@@ -34,18 +33,16 @@ struct ChildResult {
 /// Runs the program to its end, with this process's environment less all that is about Python,
 /// and with the given variables.
 inline ChildResult runChild(const QString &program, const QStringList &arguments,
-                            const Variables &variables = {})
+                            const Variables &variables)
 {
-    QProcessEnvironment environment;
-    const auto inherited = QProcessEnvironment::systemEnvironment();
-    for (const QString &name : inherited.keys()) {
-        if (!name.startsWith(QLatin1String("PYTHON"))) {
-            environment.insert(name, inherited.value(name));
+    auto environment = QProcessEnvironment::systemEnvironment();
+    for (const QString &name : environment.keys()) {
+        if (name.startsWith(u"PYTHON")) {
+            environment.remove(name);
         }
     }
-    environment.insert(QStringLiteral("QTEST_DISABLE_STACK_DUMP"), QStringLiteral("1"));
     for (const auto &[name, value] : variables) {
-        environment.insert(name, value);
+        environment.insert(QString::fromUtf8(name), QString::fromUtf8(value));
     }
     QProcess process;
     process.setProcessEnvironment(environment);
@@ -53,43 +50,42 @@ inline ChildResult runChild(const QString &program, const QStringList &arguments
     if (!process.waitForFinished(60000)) {
         process.kill();
         process.waitForFinished();
-        return {true, -1, "did not end in a minute\n" + process.readAllStandardOutput(),
-                process.readAllStandardError()};
     }
-    return {process.exitStatus() == QProcess::CrashExit, process.exitCode(),
+    constexpr int abortSignal = 6;
+    const bool crashed = process.exitStatus() == QProcess::CrashExit;
+    return {crashed && process.exitCode() == abortSignal, crashed ? -1 : process.exitCode(),
             process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
 /// A program of this test's own folder.
-inline QString sibling(const QString &name)
+inline QString sibling(const char *name)
 {
-    return QCoreApplication::applicationDirPath() + u'/' + name;
+    return QCoreApplication::applicationDirPath() + u'/' + QString::fromLatin1(name);
 }
 
 struct MachineInterpreter {
-    QString version; ///< such as "3.12"
-    QString library;
-    QString prefix; ///< the folder that has its lib/pythonX.Y
+    QByteArray version; ///< such as "3.12"
+    QByteArray library;
+    QByteArray prefix; ///< the folder that has its lib/pythonX.Y
 };
 
 /// Every shared CPython of this machine that yt-dlp can use, the system's own first.
 inline QList<MachineInterpreter> machineInterpreters()
 {
-    QStringList folders{QStringLiteral("/usr/lib/x86_64-linux-gnu"),
-                        QStringLiteral("/usr/lib/aarch64-linux-gnu"), QStringLiteral("/usr/lib64"),
-                        QStringLiteral("/usr/local/lib")};
+    QByteArrayList folders{"/usr/lib/x86_64-linux-gnu", "/usr/lib/aarch64-linux-gnu", "/usr/lib64",
+                           "/usr/local/lib"};
     const QDir pyenv(QDir::homePath() + QStringLiteral("/.pyenv/versions"));
     for (const QString &version : pyenv.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        folders.append(pyenv.filePath(version) + QStringLiteral("/lib"));
+        folders.append(pyenv.filePath(version).toUtf8() + "/lib");
     }
     QList<MachineInterpreter> result;
-    for (const QString &folder : folders) {
+    for (const QByteArray &folder : folders) {
         for (int minor = 11; minor < 20; ++minor) {
-            const QString version = QStringLiteral("3.%1").arg(minor);
-            const QString library = QStringLiteral("%1/libpython%2.so.1.0").arg(folder, version);
-            const QString prefix = folder.section(QStringLiteral("/lib"), 0, 0);
-            if (QFile::exists(library) &&
-                QFile::exists(QStringLiteral("%1/lib/python%2/os.py").arg(prefix, version))) {
+            const QByteArray version = "3." + QByteArray::number(minor);
+            const QByteArray library = folder + "/libpython" + version + ".so.1.0";
+            const QByteArray prefix = folder.left(folder.indexOf("/lib"));
+            if (QFile::exists(QString::fromUtf8(library)) &&
+                QFile::exists(QString::fromUtf8(prefix + "/lib/python" + version + "/os.py"))) {
                 result.append({version, library, prefix});
             }
         }
@@ -97,35 +93,58 @@ inline QList<MachineInterpreter> machineInterpreters()
     return result;
 }
 
+/// Rows with the columns "library" and "version".
+inline void addMachineInterpreters()
+{
+    QTest::addColumn<QByteArray>("library");
+    QTest::addColumn<QByteArray>("version");
+    const auto interpreters = machineInterpreters();
+    QVERIFY2(!interpreters.isEmpty(), "no shared Python 3.11 or later on this machine");
+    for (const MachineInterpreter &one : interpreters) {
+        QTest::newRow(one.library.constData()) << one.library << one.version;
+    }
+}
+
 /// A bundle of its own for a copy of one of our programs.
 class TemporaryBundle {
 public:
-    explicit TemporaryBundle(const QString &program)
+    explicit TemporaryBundle(const char *program)
+        // The program resolves its root, so a temporary folder behind a link must be resolved too.
+        : root(QDir(m_folder.path()).canonicalPath().toUtf8())
+        , frameworkHome(root + "/Contents/Frameworks/Python.framework/Versions/3.12")
+        , m_program(QString::fromUtf8(root + '/' + program))
     {
-        // The copy's root is resolved by the system, so a linked temporary folder must be too.
-        m_root = QDir(m_folder.path()).canonicalPath();
-        m_program = m_root + u'/' + program;
         QVERIFY(QFile::copy(sibling(program), m_program));
-        QVERIFY(QDir(m_root).mkpath(QStringLiteral("Contents/Resources")));
+        QVERIFY(QDir(m_folder.path()).mkpath(QStringLiteral("Contents/Resources")));
     }
 
-    [[nodiscard]] const QString &root() const { return m_root; }
-    [[nodiscard]] const QString &program() const { return m_program; }
-    [[nodiscard]] QString frameworkHome() const
+    /// Lets the first Python 3.12 of the machine stand for the framework folder, if there is one.
+    [[nodiscard]] bool stageFramework() const
     {
-        return m_root + QStringLiteral("/Contents/Frameworks/Python.framework/Versions/3.12");
+        for (const MachineInterpreter &one : machineInterpreters()) {
+            if (one.version == "3.12") {
+                const QString home = QString::fromUtf8(frameworkHome);
+                return QDir().mkpath(QFileInfo(home).path()) &&
+                       QFile::link(QString::fromUtf8(one.prefix), home);
+            }
+        }
+        return false;
     }
-    /// Stages an interpreter: its prefix stands for the framework folder.
-    void stage(const QString &prefix) const
+
+    [[nodiscard]] ChildResult run(const char *name, const Variables &variables = {}) const
     {
-        QVERIFY(QDir().mkpath(QFileInfo(frameworkHome()).path()));
-        QVERIFY(QFile::link(prefix, frameworkHome()));
+        return runChild(m_program, {QString::fromLatin1(name)}, variables);
     }
 
 private:
     QTemporaryDir m_folder;
-    QString m_root;
-    QString m_program;
+
+public:
+    const QByteArray root;
+    const QByteArray frameworkHome;
+
+private:
+    const QString m_program;
 };
 
 } // namespace veltro::test

@@ -40,7 +40,6 @@ private Q_SLOTS:
     void initTestCase() { Python(); }
     void closureReceivesThePositionalArguments();
     void closureReceivesTheNamedArgumentsInOrder();
-    void callableHasTheNameOfItsConvention();
     void hostErrorIsRaisedAsAnExceptionThatNamesItsType();
     void thrownExceptionObjectIsRaisedItself();
     void interpreterErrorPassesThroughAClosureWithItsTraceback();
@@ -73,14 +72,6 @@ void PythonFunctionTest::closureReceivesTheNamedArgumentsInOrder()
     };
     QCOMPARE(seen(echo), "'0'");
     QCOMPARE(seen(echo, {1, 2}, {{"z", "x"}, {"a", true}}), "'2 z=x a=True'");
-}
-
-void PythonFunctionTest::callableHasTheNameOfItsConvention()
-{
-    const PythonObject positional = PythonFunction([](PythonArguments) { return 0; });
-    const PythonObject named = PythonFunction([](PythonArguments, PythonKeywords) { return 0; });
-    QCOMPARE(positional.attr("__name__").description(), "veltro_closure");
-    QCOMPARE(named.attr("__name__").description(), "veltro_closure_with_keywords");
 }
 
 void PythonFunctionTest::hostErrorIsRaisedAsAnExceptionThatNamesItsType()
