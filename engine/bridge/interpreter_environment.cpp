@@ -131,4 +131,4 @@ std::optional<std::wstring> programOfLibrary()
     return std::nullopt;
 }
 
-}
+} // namespace veltro

@@ -5,6 +5,7 @@
 #include "engine/bridge/interpreter_environment.h"
 #include "engine/bridge/python_calls.h"
 #include "engine/bridge/python_conversions.h"
+#include "engine/bridge/python_library.h"
 #include "engine/bridge/python_lock.h"
 #include "engine/bridge/python_symbols.h"
 #include "engine/bridge/python_views.h"
@@ -60,7 +61,8 @@ void nameProgram()
 {
     void *setName = capi::Py_SetProgramName.find();
     const std::optional<std::wstring> program = programOfLibrary();
-    if (setName && program) {
+    // A library of before version 3 takes bytes there.
+    if (setName && program && !PythonLibrary::isLegacy()) {
         static const std::wstring kept = *program; // the interpreter keeps the pointer
         reinterpret_cast<void (*)(const wchar_t *)>(setName)(kept.c_str());
     }
