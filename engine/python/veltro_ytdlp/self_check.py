@@ -44,6 +44,7 @@ _NEEDED: tuple[tuple[str, str, tuple[str, ...]], ...] = (
     ('utils', 'DownloadError', ()),
     ('utils', 'PagedList', ()),
     ('utils', 'PostProcessingError', ()),
+    ('utils', 'YoutubeDLError', ()),
     ('utils', 'determine_ext', ('url', 'default_ext')),
     ('utils', 'mimetype2ext', ('mt', 'default')),
     ('utils', 'prepend_extension', ()),

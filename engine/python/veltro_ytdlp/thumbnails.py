@@ -60,8 +60,9 @@ class Thumbnails:
     def _fetch_picture(
             self, picture: dict[str, Any], info: dict[str, Any], filename: str,
             final_base: str | None) -> list[tuple[str, str]]:
+        request = Request(picture['url'], headers=picture.get('http_headers') or {})
         try:
-            response = self.urlopen(Request(picture['url'], headers=picture.get('http_headers', {})))
+            response = self.urlopen(request)
         except HTTPError as error:
             if error.status == 404:
                 picture['missing'] = True

@@ -35,8 +35,14 @@ static int32_t run(const char *tool, int32_t count, char **arguments) {
     return 255;
 }
 
-int32_t VeltroFFmpegRun(int32_t count, char **arguments) { return run("ffmpeg", count, arguments); }
-int32_t VeltroFFprobeRun(int32_t count, char **arguments) { return run("ffprobe", count, arguments); }
+int32_t VeltroFFmpegRun(int32_t count, char **arguments) {
+    return run("ffmpeg", count, arguments);
+}
+
+int32_t VeltroFFprobeRun(int32_t count, char **arguments) {
+    return run("ffprobe", count, arguments);
+}
+
 const char *VeltroFFmpegOutput(void) { return output; }
 const char *VeltroFFmpegLog(void) { return text; }
 

@@ -263,8 +263,9 @@ class Runs(EngineCase):
                 path = os.path.join(self.outer, 'cookies.txt')
                 with open(path, 'wb') as file:
                     file.write(content)
-                self.assertEqual(str(self.save(url, cookiefile=path).error),
-                                 'ERROR: The cookie file is not in the Netscape cookies.txt format.')
+                self.assertEqual(
+                    str(self.save(url, cookiefile=path).error),
+                    'ERROR: The cookie file is not in the Netscape cookies.txt format.')
         self.assertEqual(self.site.requests, [])
 
 

@@ -99,9 +99,9 @@ class Names(EngineCase):
         self.assertEqual(os.path.relpath(inside.path, self.folder), 'generic/Plain.mp4')
         before = self.everything()
         os.symlink(self.outer, os.path.join(self.folder, 'link'))
-        for template in ('../%(title)s.%(ext)s', 'link/%(title)s.%(ext)s', 'a/../../%(id)s.%(ext)s'):
-            with self.subTest(template):
-                failed = self.save(url, outtmpl=f'{self.folder}/{template}')
+        for place in ('..', 'link', 'a/../..'):
+            with self.subTest(place):
+                failed = self.save(url, outtmpl=f'{self.folder}/{place}/%(title)s.%(ext)s')
                 self.assertEqual(str(failed.error), _OUTSIDE)
                 self.assertEqual(self.everything(), before)
 
