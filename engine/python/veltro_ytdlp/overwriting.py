@@ -179,6 +179,8 @@ class Overwriting:
             # Another day's recording is not the beginning of this one.
             _remove(name + ending for ending in ('', *_CONTINUED_ENDINGS))
         success, _ = super().dl(name, info, subtitle, test)
+        if not success and not subtitle:
+            self.report_error('The media could not be saved.')
         # A file kept from an interrupted run has not been through the fix-ups yet.
         return success, True
 
