@@ -63,6 +63,7 @@ public:
     };
 
     EventStream() : m_state(std::make_shared<State>()) {}
+    // A termination handler does not throw. NOLINTNEXTLINE(bugprone-exception-escape)
     ~EventStream()
     {
         if (m_state) {

@@ -103,16 +103,17 @@ EventStream<DownloadEvent> YtDlpService::downloadEvents(DownloadRequest request)
         submitRun(m_state, events, request);
         return stream;
     }
-    PythonExecutor::primary().queue().async([state = m_state, events, request] {
-        try {
-            bootstrapOnPrimary(*state);
-        } catch (...) {
-            events.fail(std::current_exception());
-            state->endRun(request.id);
-            return;
-        }
-        submitRun(state, events, request);
-    });
+    PythonExecutor::primary().queue().async(
+        [state = m_state, events, request = std::move(request)] {
+            try {
+                bootstrapOnPrimary(*state);
+            } catch (...) {
+                events.fail(std::current_exception());
+                state->endRun(request.id);
+                return;
+            }
+            submitRun(state, events, request);
+        });
     return stream;
 }
 

@@ -20,7 +20,7 @@ RULES = (
     (re.compile(r"(?<![\w.$}/-])/(?:home|root|Users)/[\w.-]+"), "a path of one user's machine"),
     (re.compile(r"^(?:<{7}|>{7}|={7})(?: |$)"), "a merge that was not finished"),
     (re.compile(r"\b(?:TODO|HACK|XXX)\b"), "a debt is called FIXME: and says what would settle it"),
-    (re.compile(r"\bFIXME\b(?!: \S)"), "FIXME: says what would settle it"),
+    (re.compile(r"\bFIXME\b(?!: \S|:`)"), "FIXME: says what would settle it"),
 )
 
 
