@@ -16,6 +16,10 @@ endif()
 
 function(veltro_compile_settings target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Werror)
+    # g++ 12 warns of what its own library's texts do when two of them are joined.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+        target_compile_options(${target} PRIVATE -Wno-restrict)
+    endif()
     target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS)
     target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}")
     set_target_properties(${target} PROPERTIES

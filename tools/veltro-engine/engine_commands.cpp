@@ -3,6 +3,7 @@
 #include "tools/veltro-engine/engine_commands.h"
 
 #include "engine/service/yt_dlp_service.h"
+#include "platform/log.h"
 #include "tools/veltro-engine/json_lines.h"
 #include "tools/veltro-engine/python_script.h"
 #include "tools/veltro-engine/save_follower.h"
@@ -112,6 +113,9 @@ QCoro::Task<int> saveCommand(QStringList arguments)
         cancelAfter = parser.value(QStringLiteral("cancel-after-bytes")).toLongLong();
     }
     const bool forAPerson = parser.isSet(QStringLiteral("progress"));
+    if (forAPerson) {
+        setLogSink([](std::string_view) {}); // its lines would tear the one that is shown
+    }
     SaveFollower follower(forAPerson ? SaveFollower::Style::progressLine
                                      : SaveFollower::Style::jsonLines,
                           cancelAfter);
