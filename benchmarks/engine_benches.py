@@ -72,8 +72,8 @@ def differences(ours, baseline):
 
 def save(place):
     selector = ("bestvideo[vcodec~='^(avc1|h264)']+bestaudio[ext=m4a]/bestvideo*+bestaudio/best")
-    options = ["-f", selector, "--merge-output-format", "mp4", "--no-playlist", "--write-subs",
-               "--sub-langs", "en", "--embed-subs", "--write-thumbnail", "--force-overwrites"]
+    options = ["-f", selector, "--merge-output-format", "mp4", "--no-playlist", "--sub-langs", "en",
+               "--embed-subs", "--write-thumbnail", "--force-overwrites"]
     with place.site() as site, tempfile.TemporaryDirectory() as scratch:
         urls = [f"{site}/bench/{number}" for number in range(1, SAVED_PAGES + 1)]
         ours_dir, baseline_dir = (pathlib.Path(scratch, name) for name in ("ours", "baseline"))
