@@ -91,18 +91,15 @@ int openLocalBytes(const std::string &path, LocalBytesPtr &opened)
     if (const int error = refuseUnlessRegular(descriptor); error < 0) {
         return error;
     }
-    std::unique_ptr<void, AvMemoryDeleter> buffer(av_malloc(bufferBytes));
-    if (!buffer) {
-        return AVERROR(ENOMEM);
-    }
-    AVIOContext *bytes = avio_alloc_context(static_cast<unsigned char *>(buffer.get()), bufferBytes,
-                                            0, file.get(), readBytes, nullptr, seekBytes);
+    auto *buffer = static_cast<unsigned char *>(av_malloc(bufferBytes));
+    AVIOContext *bytes = buffer ? avio_alloc_context(buffer, bufferBytes, 0, file.get(), readBytes,
+                                                     nullptr, seekBytes)
+                                : nullptr;
     if (!bytes) {
+        av_free(buffer);
         return AVERROR(ENOMEM);
     }
-    // The stream owns both now.
-    static_cast<void>(buffer.release());
-    static_cast<void>(file.release());
+    bytes->opaque = file.release();
     opened.reset(bytes);
     return 0;
 }

@@ -154,7 +154,7 @@ int openLocalInput(const std::string &name, const LocalInputOptions &how, InputC
         return error; // the call has freed the context
     }
     input->probe_score = score;
-    static_cast<void>(bytes.release()); // closed with the context from here on
+    input->pb = bytes.release(); // closed with the context from here on
     opened.reset(input);
     return 0;
 }

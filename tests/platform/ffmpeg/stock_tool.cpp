@@ -22,12 +22,13 @@ extern "C" const char *__tsan_default_options()
 
 namespace veltro::ffmpeg {
 
-ToolAnswer runTool(const QString &program, const QStringList &arguments)
+ToolAnswer runTool(const QString &program, const QStringList &arguments, const QString &folder)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
     QProcess process;
     process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(folder);
     process.setStandardInputFile(QProcess::nullDevice());
     process.start(program, arguments);
     process.waitForFinished(-1);
@@ -37,12 +38,17 @@ ToolAnswer runTool(const QString &program, const QStringList &arguments)
             process.readAllStandardError()};
 }
 
-bool makeMedia(const QStringList &arguments)
+bool makeMedia(const QStringList &arguments, const QString &folder)
 {
-    const ToolAnswer answer = runTool(
-        u"ffmpeg"_s, QStringList{u"-hide_banner"_s, u"-v"_s, u"error"_s, u"-y"_s} + arguments);
+    const QStringList always{u"-hide_banner"_s, u"-v"_s, u"error"_s, u"-y"_s};
+    const ToolAnswer answer = runTool(u"ffmpeg"_s, always + arguments, folder);
     return QTest::qVerify(answer.code == 0, "ffmpeg makes the media", answer.log.constData(),
                           __FILE__, __LINE__);
+}
+
+bool makeMedia(const QString &command, const QString &folder)
+{
+    return makeMedia(QProcess::splitCommand(command), folder);
 }
 
 bool writeFile(const QString &path, const QByteArray &content)

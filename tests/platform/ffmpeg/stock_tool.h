@@ -16,11 +16,14 @@ struct ToolAnswer {
 };
 
 /// Runs "ffmpeg" or "ffprobe" in English and waits for its end.
-[[nodiscard]] ToolAnswer runTool(const QString &program, const QStringList &arguments);
+[[nodiscard]] ToolAnswer runTool(const QString &program, const QStringList &arguments,
+                                 const QString &folder = {});
 
 /// Makes media with the stock tool; fails the running test, with the tool's log, if it cannot.
 /// @returns whether it could.
-[[nodiscard]] bool makeMedia(const QStringList &arguments);
+[[nodiscard]] bool makeMedia(const QStringList &arguments, const QString &folder = {});
+/// The same for a command as one types it, run in a folder that its names are relative to.
+[[nodiscard]] bool makeMedia(const QString &command, const QString &folder);
 
 /// Writes a file; fails the running test if it cannot.
 [[nodiscard]] bool writeFile(const QString &path, const QByteArray &content);

@@ -67,6 +67,7 @@ int runInOwnBundle(const QString &realModule)
     require(broken.remove() && QFile::copy(realModule, moduleFile()), "the module is put in place");
     std::vector<MediaTools *> seen(8, nullptr);
     std::vector<std::thread> threads;
+    threads.reserve(seen.size());
     for (MediaTools *&tools : seen) {
         threads.emplace_back([&tools] { tools = &mediaTools(); });
     }

@@ -61,6 +61,12 @@ const QStringList asJson{u"-hide_banner"_s, u"-show_format"_s, u"-show_streams"_
 class TestProbe : public QObject {
     Q_OBJECT
 
+    [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
+    [[nodiscard]] QString argument(const QString &name) const { return u"file:"_s + path(name); }
+    void makeBrokenFiles();
+
+    QTemporaryDir m_folder;
+
 private Q_SLOTS:
     void initTestCase();
     void answersAsTheToolDoes_data();
@@ -77,50 +83,30 @@ private Q_SLOTS:
     void twoProbesAtOnceKeepTheirLogsApart();
     void writesNumbersWithAPointUnderACommaLocale();
     void doesNotGrowWithTheNumberOfProbes();
-
-private:
-    [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
-    [[nodiscard]] QString argument(const QString &name) const { return u"file:"_s + path(name); }
-    void makeBrokenFiles();
-
-    QTemporaryDir m_folder;
 };
 
 void TestProbe::initTestCase()
 {
     QVERIFY(m_folder.isValid());
-    const QStringList source{
-        u"-f"_s, u"lavfi"_s, u"-i"_s, u"testsrc2=d=0.4:s=160x90,format=yuv420p"_s,
-        u"-f"_s, u"lavfi"_s, u"-i"_s, u"sine=d=0.4"_s};
-    const QString clip = path(u"clip.mp4"_s);
     QVERIFY(writeFile(path(u"text.srt"_s), "1\n00:00:00,000 --> 00:00:00,300\nhello\n"));
     QVERIFY(writeFile(path(u"text.vtt"_s), "WEBVTT\n\n00:00.000 --> 00:00.300\nhello\n"));
-    QVERIFY(
-        makeMedia(source + QStringList{u"-c:v"_s, u"libx264"_s, u"-c:a"_s, u"aac"_s, u"-metadata"_s,
-                                       u"title=a \"title\" \\ with\nlines"_s, clip}));
-    QVERIFY(makeMedia(source + QStringList{u"-c:v"_s, u"libvpx-vp9"_s, u"-c:a"_s, u"libopus"_s,
-                                           path(u"clip.webm"_s), path(u"clip.ts"_s),
-                                           path(u"clip.flv"_s), u"-c:v"_s, u"libtheora"_s,
-                                           path(u"clip.ogg"_s)}));
-    QVERIFY(makeMedia({u"-i"_s,  clip,
-                       u"-vn"_s, path(u"sound.mp3"_s),
-                       u"-vn"_s, path(u"sound.flac"_s),
-                       u"-vn"_s, path(u"sound.wav"_s),
-                       u"-vn"_s, path(u"sound.aac"_s),
-                       u"-vn"_s, path(u"sound.m4a"_s),
-                       u"-an"_s, u"-frames:v"_s,
-                       u"1"_s,   path(u"picture.png"_s),
-                       u"-an"_s, u"-frames:v"_s,
-                       u"1"_s,   path(u"picture.jpg"_s)}));
-    QVERIFY(
-        makeMedia({u"-i"_s, clip, u"-i"_s, path(u"text.srt"_s), u"-map"_s, u"0"_s, u"-map"_s,
-                   u"1"_s, u"-c"_s, u"copy"_s, u"-c:s"_s, u"mov_text"_s, u"-metadata:s:s:0"_s,
-                   u"language=eng"_s, u"-metadata:s:v"_s, u"rotate=90"_s, path(u"turned.mp4"_s)}));
-    QVERIFY(makeMedia({u"-i"_s, clip, u"-i"_s, path(u"text.srt"_s), u"-map"_s, u"0"_s, u"-map"_s,
-                       u"1"_s, u"-c"_s, u"copy"_s, u"-attach"_s, path(u"text.vtt"_s),
-                       u"-metadata:s:t"_s, u"mimetype=text/vtt"_s, path(u"attached.mkv"_s)}));
-    QVERIFY(makeMedia({u"-i"_s, path(u"sound.mp3"_s), u"-i"_s, path(u"picture.jpg"_s), u"-map"_s,
-                       u"0"_s, u"-map"_s, u"1"_s, u"-c"_s, u"copy"_s, path(u"cover.mp3"_s)}));
+    for (
+        const QString &command : {
+            u"-f lavfi -i testsrc2=d=0.4:s=160x90,format=yuv420p -f lavfi -i sine=d=0.4"
+            " -c:v libx264 -c:a aac -metadata \"title=a \"\"\"title\"\"\" \\ with\nlines\""
+            " clip.mp4"_s,
+            u"-i clip.mp4 -c:v libvpx-vp9 -c:a libopus clip.webm"_s,
+            u"-i clip.mp4 clip.ts clip.flv -c:v libtheora clip.ogg"_s,
+            u"-i clip.mp4 -vn sound.mp3 -vn sound.flac -vn sound.wav -vn sound.aac -vn sound.m4a"_s,
+            u"-i clip.mp4 -frames:v 1 picture.png -frames:v 1 picture.jpg"_s,
+            u"-i clip.mp4 -i text.srt -map 0 -map 1 -c copy -c:s mov_text"
+            " -metadata:s:s:0 language=eng -metadata:s:v rotate=90 turned.mp4"_s,
+            u"-i clip.mp4 -i text.srt -map 0 -map 1 -c copy -attach text.vtt"
+            " -metadata:s:t mimetype=text/vtt attached.mkv"_s,
+            u"-i sound.mp3 -i picture.jpg -map 0 -map 1 -c copy cover.mp3"_s,
+        }) {
+        QVERIFY(makeMedia(command, m_folder.path()));
+    }
     makeBrokenFiles();
 }
 
@@ -247,8 +233,8 @@ void TestProbe::tellsVersionsInTheFormThatCallersTakeApart()
 void TestProbe::keepsJsonValidWhateverIsInTheTags()
 {
     const QByteArray marker = "MARKER-MARKER-MARKER";
-    QVERIFY(makeMedia({u"-i"_s, path(u"clip.mp4"_s), u"-c"_s, u"copy"_s, u"-metadata"_s,
-                       u"title="_s + QString::fromLatin1(marker), path(u"hostile.mkv"_s)}));
+    QVERIFY(makeMedia(u"-i clip.mp4 -c copy -metadata title=MARKER-MARKER-MARKER hostile.mkv"_s,
+                      m_folder.path()));
     QFile file(path(u"hostile.mkv"_s));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QByteArray content = file.readAll();
@@ -333,6 +319,7 @@ void TestProbe::twoProbesAtOnceKeepTheirLogsApart()
     std::vector<int> strays(alone.size(), 0);
     std::barrier start(static_cast<std::ptrdiff_t>(alone.size()));
     std::vector<std::thread> threads;
+    threads.reserve(alone.size());
     for (std::size_t i = 0; i < alone.size(); ++i) {
         threads.emplace_back([&, i] {
             const QString name = argument(names[static_cast<qsizetype>(i)]);

@@ -50,6 +50,14 @@ private:
 class TestSafeInput : public QObject {
     Q_OBJECT
 
+    [[nodiscard]] std::string path(const char *name) const
+    {
+        return m_folder.filePath(QString::fromLatin1(name)).toStdString();
+    }
+
+    QTemporaryDir m_folder;
+    LocaleScope m_locale;
+
 private Q_SLOTS:
     void initTestCase();
     void knowsWhatANameStandsFor_data();
@@ -63,23 +71,14 @@ private Q_SLOTS:
     void readsASinglePictureWhoseNameStandsForASeries();
     void takesOptionsAndLeavesWhatNobodyKnows();
     void decodesNoPictureBeyondTheLimit();
-
-private:
-    [[nodiscard]] std::string path(const char *name) const
-    {
-        return m_folder.filePath(QString::fromLatin1(name)).toStdString();
-    }
-
-    QTemporaryDir m_folder;
-    LocaleScope m_locale;
 };
 
 void TestSafeInput::initTestCase()
 {
     const auto file = [this](const char *name) { return QString::fromStdString(path(name)); };
-    QVERIFY(makeMedia({u"-f"_s, u"lavfi"_s, u"-i"_s, u"testsrc2=d=0.4:s=160x90"_s, u"-c:v"_s,
-                       u"mpeg2video"_s, file("target.ts"), u"-frames:v"_s, u"1"_s,
-                       file("picture.jpg"), u"-frames:v"_s, u"1"_s, file("picture.png")}));
+    QVERIFY(makeMedia(u"-f lavfi -i testsrc2=d=0.4:s=160x90 -c:v mpeg2video target.ts"
+                      " -frames:v 1 picture.jpg -frames:v 1 picture.png"_s,
+                      m_folder.path()));
     QVERIFY(writeFile(file("playlist.mp4"),
                       "#EXTM3U\n#EXT-X-TARGETDURATION:2\n#EXTINF:1,\ntarget.ts\n#EXT-X-ENDLIST\n"));
     QVERIFY(writeFile(file("script.mp4"), "ffconcat version 1.0\nfile target.ts\n"));

@@ -237,6 +237,7 @@ void TestSessionLog::manySessionsAtOnceNeverMix()
     std::vector<int> strays(sessions, 0);
     std::barrier start(sessions);
     std::vector<std::thread> threads;
+    threads.reserve(sessions);
     for (int session = 0; session < sessions; ++session) {
         threads.emplace_back([&, session] {
             const std::string mine = "session " + std::to_string(session) + "\n";
