@@ -151,14 +151,19 @@ private:
             if (!rule || (rule->scope & scope)) {
                 continue;
             }
-            throw CommandFailed(
-                "Option " + given.name + " cannot be applied to " + kind + " url " + file.url +
-                " -- you are trying to apply an input option to an output file or vice versa. "
-                "Move this option before the file it belongs to.\n"
-                "Error parsing options for " +
-                kind + " file " + file.url + ".\nError opening " + kind +
-                " files: Invalid argument");
+            refuseScope(given.name, kind, file.url);
         }
+    }
+
+    [[noreturn]] static void refuseScope(const std::string &option, const std::string &kind,
+                                         const std::string &url)
+    {
+        throw CommandFailed(
+            "Option " + option + " cannot be applied to " + kind + " url " + url +
+            " -- you are trying to apply an input option to an output file or vice versa. "
+            "Move this option before the file it belongs to.\n"
+            "Error parsing options for " +
+            kind + " file " + url + ".\nError opening " + kind + " files: Invalid argument");
     }
 
     const std::span<const std::string> m_arguments;

@@ -27,24 +27,6 @@ bool asksFor(void *object, const AVDictionary *options, const char *name, int fl
            (flags & flag);
 }
 
-bool isInterlaced(const AVFrame &frame)
-{
-#if LIBAVUTIL_VERSION_MAJOR >= 58
-    return frame.flags & AV_FRAME_FLAG_INTERLACED;
-#else
-    return frame.interlaced_frame;
-#endif
-}
-
-bool isTopFirst(const AVFrame &frame)
-{
-#if LIBAVUTIL_VERSION_MAJOR >= 58
-    return frame.flags & AV_FRAME_FLAG_TOP_FIELD_FIRST;
-#else
-    return frame.top_field_first;
-#endif
-}
-
 } // namespace
 
 Encoder::Encoder(OutputFile &output, OutputStream &stream, const RunContext &run)

@@ -59,9 +59,10 @@ bool isSwitchedOff(const FileArguments &arguments, AVMediaType type)
 AVDiscard parseDiscard(const std::string &text)
 {
     const AVClass *type = avcodec_get_class();
-    const AVOption *option = av_opt_find(&type, "skip_frame", nullptr, 0, AV_OPT_SEARCH_FAKE_OBJ);
+    const AVOption *option =
+        av_opt_find(static_cast<void *>(&type), "skip_frame", nullptr, 0, AV_OPT_SEARCH_FAKE_OBJ);
     int value = 0;
-    if (!option || av_opt_eval_int(&type, option, text.c_str(), &value) < 0) {
+    if (!option || av_opt_eval_int(static_cast<void *>(&type), option, text.c_str(), &value) < 0) {
         throw CommandFailed("Error parsing discard " + text + ".");
     }
     return static_cast<AVDiscard>(value);

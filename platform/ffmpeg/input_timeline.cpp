@@ -8,10 +8,13 @@
 namespace veltro::ffmpeg {
 namespace {
 
+// A set of flags, although the library calls it one value.
+constexpr auto nearestKeepingEnds = static_cast<AVRounding>(
+    AV_ROUND_NEAR_INF | AV_ROUND_PASS_MINMAX); // NOLINT(*EnumCastOutOfRange)
+
 std::int64_t toMicroseconds(std::int64_t timestamp, AVRational base)
 {
-    return av_rescale_q_rnd(timestamp, base, microseconds,
-                            static_cast<AVRounding>(AV_ROUND_NEAR_INF | AV_ROUND_PASS_MINMAX));
+    return av_rescale_q_rnd(timestamp, base, microseconds, nearestKeepingEnds);
 }
 
 bool isTimed(const AVStream &stream)

@@ -41,7 +41,7 @@ private:
 class InputTimeline {
 public:
     static constexpr std::int64_t largestJump = 10 * std::int64_t{1'000'000};
-    static constexpr std::int64_t largestError = 3600 * 30 * std::int64_t{1'000'000};
+    static constexpr std::int64_t largestError = std::int64_t{1'000'000} * 3600 * 30;
 
     /// @param offset what is added to every timestamp, in microseconds.
     InputTimeline(AVFormatContext *file, std::int64_t offset, bool keepsTimestamps);

@@ -82,23 +82,37 @@ inline std::int64_t durationOf(const AVFrame &frame)
 #endif
 }
 
-inline void setDuration(AVFrame &frame, std::int64_t duration)
-{
-#if LIBAVUTIL_VERSION_MAJOR >= 58
-    frame.duration = duration;
-#else
-    frame.pkt_duration = duration;
-#endif
-}
+#ifdef AV_FRAME_FLAG_KEY
 
 inline bool isKeyFrame(const AVFrame &frame)
 {
-#if LIBAVUTIL_VERSION_MAJOR >= 58
     return frame.flags & AV_FRAME_FLAG_KEY;
-#else
-    return frame.key_frame;
-#endif
 }
+inline bool isInterlaced(const AVFrame &frame)
+{
+    return frame.flags & AV_FRAME_FLAG_INTERLACED;
+}
+inline bool isTopFirst(const AVFrame &frame)
+{
+    return frame.flags & AV_FRAME_FLAG_TOP_FIELD_FIRST;
+}
+
+#else
+
+inline bool isKeyFrame(const AVFrame &frame)
+{
+    return frame.key_frame;
+}
+inline bool isInterlaced(const AVFrame &frame)
+{
+    return frame.interlaced_frame;
+}
+inline bool isTopFirst(const AVFrame &frame)
+{
+    return frame.top_field_first;
+}
+
+#endif
 
 #if LIBAVCODEC_VERSION_INT >= AV_VERSION_INT(61, 13, 100)
 

@@ -19,7 +19,8 @@ constexpr int inClassAndChildren = AV_OPT_SEARCH_CHILDREN | AV_OPT_SEARCH_FAKE_O
 const AVOption *findOption(const AVClass *type, const std::string &name,
                            int flags = inClassAndChildren, int wanted = 0)
 {
-    const AVOption *option = av_opt_find(&type, name.c_str(), nullptr, wanted, flags);
+    const AVOption *option =
+        av_opt_find(static_cast<void *>(&type), name.c_str(), nullptr, wanted, flags);
     // What has no flags is a named value of another option.
     return option && option->flags ? option : nullptr;
 }

@@ -141,8 +141,8 @@ InputFile *chapterSource(const OutputFile &output, const InputFiles &inputs)
 void addChapter(AVFormatContext &file, const AVChapter &chapter)
 {
     auto *added = static_cast<AVChapter *>(av_mallocz(sizeof(AVChapter)));
-    auto *list = static_cast<AVChapter **>(
-        av_realloc_array(file.chapters, file.nb_chapters + 1, sizeof(AVChapter *)));
+    auto *list = static_cast<AVChapter **>(av_realloc_array(
+        static_cast<void *>(file.chapters), file.nb_chapters + 1, sizeof(AVChapter *)));
     if (list) {
         file.chapters = list;
     }
@@ -253,10 +253,12 @@ void setTag(OutputFile &output, const GivenOption &given)
 void setDisposition(AVStream &stream, const std::string &text)
 {
     const AVClass *type = av_stream_get_class();
-    const AVOption *option = av_opt_find(&type, "disposition", nullptr, 0, AV_OPT_SEARCH_FAKE_OBJ);
+    const AVOption *option =
+        av_opt_find(static_cast<void *>(&type), "disposition", nullptr, 0, AV_OPT_SEARCH_FAKE_OBJ);
     // Words like "+default" change what the stream has, so its value is where the reading begins.
     int flags = stream.disposition;
-    if (!option || av_opt_eval_flags(&type, option, text.c_str(), &flags) < 0) {
+    if (!option ||
+        av_opt_eval_flags(static_cast<void *>(&type), option, text.c_str(), &flags) < 0) {
         throw CommandFailed("Error setting output stream dispositions");
     }
     stream.disposition = flags;

@@ -28,7 +28,7 @@ void sendAll(int connection, const QByteArray &bytes)
 
 } // namespace
 
-FileServer::FileServer(QDir folder) : m_folder(std::move(folder))
+FileServer::FileServer(const QDir &folder) : m_folder(folder)
 {
     m_listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address = {};
@@ -36,7 +36,7 @@ FileServer::FileServer(QDir folder) : m_folder(std::move(folder))
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof address;
     auto *generic = reinterpret_cast<sockaddr *>(&address);
-    if (bind(m_listener, generic, size) == 0 && listen(m_listener, 16) == 0 &&
+    if (m_listener >= 0 && bind(m_listener, generic, size) == 0 && listen(m_listener, 16) == 0 &&
         getsockname(m_listener, generic, &size) == 0) {
         m_port = ntohs(address.sin_port);
         m_thread = std::thread([this] { serve(); });

@@ -16,7 +16,7 @@ namespace veltro::ffmpeg {
 /// that never goes on. Tests only.
 class FileServer {
 public:
-    explicit FileServer(QDir folder);
+    explicit FileServer(const QDir &folder);
     ~FileServer();
     FileServer(const FileServer &) = delete;
     FileServer &operator=(const FileServer &) = delete;

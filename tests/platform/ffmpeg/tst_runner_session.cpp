@@ -9,9 +9,9 @@
 #include <QTest>
 
 #include <barrier>
+#include <clocale>
 #include <csignal>
 #include <cstdlib>
-#include <locale.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
@@ -338,8 +338,8 @@ void TestRunnerSession::doesNotGrowWithTheNumberOfRuns()
         return residentPages();
     };
     const qint64 before = runOften(20);
-    const qint64 grown = (runOften(60) - before) * 4096;
-    QVERIFY2(grown < 10 * 1024 * 1024, qPrintable(QString::number(grown)));
+    const qint64 grown = (runOften(60) - before) * qint64{4096};
+    QVERIFY2(grown < qint64{10} * 1024 * 1024, qPrintable(QString::number(grown)));
 }
 
 QTEST_GUILESS_MAIN(TestRunnerSession)
