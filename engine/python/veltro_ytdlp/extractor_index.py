@@ -8,10 +8,11 @@ extraction. Nearly every expression has some text in it that whatever matches mu
 The index has that text for each; where it does not occur, the extractor need not be asked, and
 the answers stay the same.
 
-The index is made when the bundle is made (python3 -m veltro_ytdlp.extractor_index FILE). Without
-one, or with one of another version, everybody is asked.
+The index is made when the bundle is made (python3 -m veltro_ytdlp.extractor_index FILE), again
+where yt-dlp or this file is another one. Without one everybody is asked.
 """
 
+import hashlib
 import itertools
 import json
 import re
@@ -97,7 +98,9 @@ def build() -> dict[str, Any]:
         _add(addresses, extractor, extractor._VALID_URL)
         if not _looks_in_its_own_way(extractor):
             _add(pages, extractor, extractor._EMBED_REGEX)
-    return {'version': __version__, 'addresses': addresses, 'pages': pages}
+    with open(__file__, 'rb') as file:
+        maker = hashlib.sha256(file.read()).hexdigest()
+    return {'version': __version__, 'maker': maker, 'addresses': addresses, 'pages': pages}
 
 
 def _add(table: dict[str, list[str]], extractor: type, expressions: Any) -> None:

@@ -25,6 +25,8 @@ _ERROR_NUMBER = re.compile(r'\[Errno (-?\d+)\] (?:[^:\']*(: \'/))?')
 _ADVICE = re.compile(
     r'(?is)[;,.]?\s*please report this issue on\b.*| \(caused by .*|[.;,]\s[^.;,]*--[a-z].*')
 _TAGS = re.compile(r'\[Errno -?\d+\] |\r\[download\] Got error: ')
+# Paths hold a page's words, brackets among them, which the engine takes for yt-dlp's own tags.
+_PATHS = re.compile(r"(?s): b?['\"]/.*")
 _PREFIX = 'ERROR: '
 
 
@@ -33,7 +35,7 @@ def plain(message: str) -> str:
     failure = _file_failure(message)
     if failure:
         return (_PREFIX if message.startswith(_PREFIX) else '') + failure
-    return _TAGS.sub('', _ADVICE.sub('', message))
+    return _PATHS.sub('', _TAGS.sub('', _ADVICE.sub('', message)))
 
 
 def _file_failure(message: str) -> str | None:

@@ -12,7 +12,7 @@ import clips
 import loopback
 import python_init
 import yt_dlp
-from stock_tools import StockTools
+from stock_tools import Watched, media_tools
 from veltro_ytdlp import native
 
 python_init.apply_after_import()
@@ -30,10 +30,10 @@ class Saved:
 
 
 class EngineCase(unittest.TestCase):
-    """A test with a site, a downloads folder and the stock tools."""
+    """A test with a site, a downloads folder and media functions."""
 
     def setUp(self) -> None:
-        self.tools = StockTools()
+        self.tools = Watched(media_tools())
         native.use(self.tools)
         self.addCleanup(native.use, None)
         self.site = self.enterContext(loopback.Site())

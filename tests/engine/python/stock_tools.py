@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: Veltro contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The host's media functions, played by the stock tools.
+"""Media functions for the tests.
 
-The program itself never starts them; here they show that the commands mean what they should.
+A plain interpreter has none, so the stock tools play them; the program itself never starts those.
 """
 
 import re
@@ -14,22 +14,40 @@ from collections.abc import Iterable, Iterator
 from veltro_ytdlp import native
 
 
-class StockTools:
-    """Runs each command as a child process of the thread that asked for it."""
+class Watched:
+    """Media functions whose commands a test can look at and let fail."""
 
-    def __init__(self) -> None:
+    def __init__(self, tools: native.Tools) -> None:
         self.commands: list[list[str]] = []
-        # To be set by a test that wants a command to fail: text of the log by a word of it.
+        # The log of a command that fails because a word of it is a key.
         self.failing: dict[str, str] = {}
-        self._running: dict[int, subprocess.Popen] = {}
-        self._sizes: dict[int, int] = {}
-        self._cancelled: set[int] = set()
+        self.cancel = tools.cancel
+        self.progress = tools.progress
+        self._tools = tools
 
     def run(self, tool: str, arguments: list[str]) -> native.Outcome:
         self.commands.append([tool, *arguments])
         for word, log in self.failing.items():
             if any(word in argument for argument in arguments):
                 return native.Outcome(1, '', log)
+        return self._tools.run(tool, arguments)
+
+
+def media_tools() -> native.Tools:
+    """The engine's own functions inside the engine, elsewhere the stock tools."""
+    inside = isinstance(native.tools(), native.HostTools)
+    return native.tools() if inside else StockTools()
+
+
+class StockTools:
+    """Runs each command as a child process of the thread that asked for it."""
+
+    def __init__(self) -> None:
+        self._running: dict[int, subprocess.Popen] = {}
+        self._sizes: dict[int, int] = {}
+        self._cancelled: set[int] = set()
+
+    def run(self, tool: str, arguments: list[str]) -> native.Outcome:
         return self._run(tool, arguments, threading.get_native_id())
 
     def _run(self, tool: str, arguments: list[str], thread: int) -> native.Outcome:

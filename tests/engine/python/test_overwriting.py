@@ -140,7 +140,8 @@ class Overwriting(EngineCase):
     def test_a_folder_in_the_place_of_the_file_is_an_error_and_stays(self):
         os.makedirs(os.path.join(self.folder, f'{_STEM}.mp4', 'inner'))
         failed = self.save(self.video(), writethumbnail=False)
-        self.assertIn('The finished file cannot take its name', str(failed.error))
+        self.assertEqual(str(failed.error), 'ERROR: Postprocessing: The finished file cannot take '
+                                            'its name: Is a directory')
         self.assertEqual(self.files(), [f'{_STEM}.mp4'])
 
 
