@@ -101,7 +101,7 @@ void checkSearchPath(const std::string &value, const std::string &version)
     }
 }
 
-} // namespace
+}
 
 void checkInterpreterEnvironment()
 {
@@ -131,4 +131,4 @@ std::optional<std::wstring> programOfLibrary()
     return std::nullopt;
 }
 
-} // namespace veltro
+}

@@ -23,4 +23,4 @@ void checkInterpreterEnvironment();
 /// library lies around the library's file.
 std::optional<std::wstring> programOfLibrary();
 
-} // namespace veltro
+}

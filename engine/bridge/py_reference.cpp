@@ -21,7 +21,7 @@ bool mayChangeCount()
     return held;
 }
 
-} // namespace
+}
 
 std::shared_ptr<const PyReference> PyReference::steal(PyObjectStruct *pointer)
 {
@@ -42,4 +42,4 @@ PyReference::~PyReference()
     }
 }
 
-} // namespace veltro
+}

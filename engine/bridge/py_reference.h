@@ -30,4 +30,4 @@ private:
     PyObjectStruct *const m_pointer;
 };
 
-} // namespace veltro
+}

@@ -27,4 +27,4 @@ private:
     PythonObject m_object; // always of the bytes type
 };
 
-} // namespace veltro
+}

@@ -29,7 +29,7 @@ std::vector<std::pair<PythonObject, PythonObject>> keywordEntries(const PythonKe
     return {named.begin(), named.end()};
 }
 
-} // namespace
+}
 
 PyObjectStruct *attribute(const PythonObject &object, const std::string &name)
 {
@@ -157,4 +157,4 @@ void stopFor(const std::string &message, const PythonError &error)
     stopProcess(message);
 }
 
-} // namespace veltro::calls
+}

@@ -44,4 +44,4 @@ void clearError();
 /// Ends the process with the message; what the interpreter reported goes to the log before it.
 [[noreturn]] void stopFor(const std::string &message, const PythonError &error);
 
-} // namespace veltro::calls
+}

@@ -28,7 +28,7 @@ bool isDictionary(const PythonObject &object)
     return answer > 0;
 }
 
-} // namespace
+}
 
 std::optional<std::string> PythonConversion<std::string>::read(const PythonObject &object)
 {
@@ -134,4 +134,4 @@ entriesOf(const PythonObject &dictionary)
     return entries;
 }
 
-} // namespace veltro
+}

@@ -140,4 +140,4 @@ std::optional<Value> PythonObject::to() const
     return PythonConversion<Value>::read(*this);
 }
 
-} // namespace veltro
+}

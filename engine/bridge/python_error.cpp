@@ -23,7 +23,7 @@ std::optional<std::string> formatted(const PythonObject &traceback)
     return text ? std::optional(text->description()) : std::nullopt;
 }
 
-} // namespace
+}
 
 struct PythonError::State {
     Kind kind;
@@ -110,4 +110,4 @@ bool pythonErrorPending()
     return capi::PyErr_Occurred() != nullptr;
 }
 
-} // namespace veltro
+}

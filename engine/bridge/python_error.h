@@ -53,4 +53,4 @@ private:
 /// Whether an interpreter error waits to be taken. It never does between operations of the bridge.
 [[nodiscard]] bool pythonErrorPending();
 
-} // namespace veltro
+}

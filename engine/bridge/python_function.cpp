@@ -162,10 +162,10 @@ PyObjectStruct *callable(const KeptFunction &function)
                                    nullptr);
 }
 
-} // namespace
+}
 
 PythonObject::PythonObject(const PythonFunction &function)
     : PythonObject(calls::made(callable(function.function())))
 {}
 
-} // namespace veltro
+}

@@ -58,4 +58,4 @@ private:
     std::shared_ptr<const PyFunction> m_function;
 };
 
-} // namespace veltro
+}

@@ -90,7 +90,7 @@ PythonObject startedBuiltins()
     return builtins;
 }
 
-} // namespace
+}
 
 PythonInterface::PythonInterface() : m_builtins(startedBuiltins()) {}
 
@@ -133,7 +133,7 @@ PythonInterface &Python()
     return interface;
 }
 
-} // namespace veltro
+}
 
 #if defined(__SANITIZE_ADDRESS__)
 /// The interpreter is never finalised and keeps its objects, our closures among them, in memory

@@ -38,4 +38,4 @@ private:
 /// @throws EnvironmentError from a use that has to start the interpreter.
 PythonInterface &Python();
 
-} // namespace veltro
+}

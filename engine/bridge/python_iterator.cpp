@@ -43,4 +43,4 @@ void PythonIterator::fail() const
     stopProcess(error ? error->description() : "A Python iteration failed without an error.");
 }
 
-} // namespace veltro
+}

@@ -28,4 +28,4 @@ private:
     std::optional<PythonObject> m_element; // nothing at the end
 };
 
-} // namespace veltro
+}

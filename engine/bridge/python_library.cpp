@@ -120,7 +120,7 @@ void loadOrStop()
     }
 }
 
-} // namespace
+}
 
 const char *PythonLibrary::Error::what() const noexcept
 {
@@ -165,4 +165,4 @@ bool PythonLibrary::isLegacy()
     return legacyLibrary;
 }
 
-} // namespace veltro
+}

@@ -32,4 +32,4 @@ public:
     [[nodiscard]] static bool isLegacy();
 };
 
-} // namespace veltro
+}

@@ -36,7 +36,7 @@ constinit ProcessFunction<void(int)> gilStateRelease{"PyGILState_Release"};
 constinit ProcessFunction<int()> gilStateCheck{"PyGILState_Check"};
 constinit ProcessFunction<void *()> evalSaveThread{"PyEval_SaveThread"};
 
-} // namespace
+}
 
 bool interpreterRuns()
 {
@@ -70,4 +70,4 @@ bool isHeld()
     return !function || function() != 0;
 }
 
-} // namespace veltro::python_lock
+}

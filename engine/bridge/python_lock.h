@@ -21,4 +21,4 @@ void saveThread();
 /// Whether this thread may touch interpreter objects. True where that cannot be told.
 [[nodiscard]] bool isHeld();
 
-} // namespace veltro::python_lock
+}

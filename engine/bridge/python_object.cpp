@@ -32,7 +32,7 @@ std::string replacedText(const PythonObject &text)
     return bytes ? bytes->bytes() : std::string();
 }
 
-} // namespace
+}
 
 PythonObject PythonObject::steal(PyObjectStruct *pointer)
 {
@@ -177,4 +177,4 @@ std::string PythonObject::description() const
     return "<unprintable " + typeName.value_or("object") + ">";
 }
 
-} // namespace veltro
+}

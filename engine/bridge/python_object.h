@@ -132,4 +132,4 @@ private:
     std::shared_ptr<const PyReference> m_reference; // never null
 };
 
-} // namespace veltro
+}

@@ -34,7 +34,7 @@ PythonObject &applyInPlace(capi::Binary &operation, PythonObject &left, const Py
     return left;
 }
 
-} // namespace
+}
 
 bool operator==(const PythonObject &left, const PythonObject &right)
 {
@@ -146,4 +146,4 @@ PythonObject &operator^=(PythonObject &left, const PythonObject &right)
     return applyInPlace(capi::PyNumber_InPlaceXor, left, right);
 }
 
-} // namespace veltro
+}

@@ -32,4 +32,4 @@ PythonObject &operator&=(PythonObject &left, const PythonObject &right);
 PythonObject &operator|=(PythonObject &left, const PythonObject &right);
 PythonObject &operator^=(PythonObject &left, const PythonObject &right);
 
-} // namespace veltro
+}

@@ -30,4 +30,4 @@ void *Symbol::require()
     return address;
 }
 
-} // namespace veltro::capi
+}

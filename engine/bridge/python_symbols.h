@@ -179,4 +179,4 @@ inline constinit Binary PyNumber_InPlaceAnd{"PyNumber_InPlaceAnd"};
 inline constinit Binary PyNumber_InPlaceOr{"PyNumber_InPlaceOr"};
 inline constinit Binary PyNumber_InPlaceXor{"PyNumber_InPlaceXor"};
 
-} // namespace veltro::capi
+}

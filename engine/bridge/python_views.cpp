@@ -23,7 +23,7 @@ bool clearedUnless(bool done)
     return done;
 }
 
-} // namespace
+}
 
 PythonObject ThrowingPythonObject::attr(const std::string &name) const
 {
@@ -95,4 +95,4 @@ std::optional<PythonObject> CheckingPythonObject::call(const PythonArguments &ar
     return calls::takeOrNothing(calls::call(m_base, arguments, named));
 }
 
-} // namespace veltro
+}

@@ -49,4 +49,4 @@ private:
     PythonObject m_base;
 };
 
-} // namespace veltro
+}

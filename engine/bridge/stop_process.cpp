@@ -23,7 +23,7 @@ StopAlert &stopAlert()
     return *alert;
 }
 
-} // namespace
+}
 
 void stopProcess(std::string_view message)
 {
@@ -48,4 +48,4 @@ void setStopAlert(std::function<void(std::string_view message)> alert)
     stopAlert().show = std::move(alert);
 }
 
-} // namespace veltro
+}

@@ -14,4 +14,4 @@ namespace veltro {
 /// It is called on the thread that stops the process, which may hold the interpreter lock.
 void setStopAlert(std::function<void(std::string_view message)> alert);
 
-} // namespace veltro
+}

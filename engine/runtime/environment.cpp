@@ -66,7 +66,7 @@ void setCertificates(const Bundle &bundle)
     }
 }
 
-} // namespace
+}
 
 void setInterpreterEnvironment()
 {
@@ -82,4 +82,4 @@ void setInterpreterEnvironment()
     });
 }
 
-} // namespace veltro
+}

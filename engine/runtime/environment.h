@@ -9,4 +9,4 @@ namespace veltro {
 /// another thread that reads the environment meanwhile would read memory that is being replaced.
 void setInterpreterEnvironment();
 
-} // namespace veltro
+}

@@ -17,7 +17,7 @@ thread_local int openScopes = 0;
 /// The thread that started the interpreter and still holds its lock for that.
 std::atomic<std::thread::id> startupThread;
 
-} // namespace
+}
 
 InterpreterScope::InterpreterScope()
     : m_locked(python_lock::interpreterRuns()), m_state(m_locked ? python_lock::ensure() : 0)
@@ -53,4 +53,4 @@ void releaseStartupThread()
     python_lock::saveThread();
 }
 
-} // namespace veltro
+}

@@ -22,4 +22,4 @@ private:
     const int m_state;
 };
 
-} // namespace veltro
+}

@@ -27,7 +27,7 @@ void blockBrokenPipeSignal()
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 }
 
-} // namespace
+}
 
 PythonExecutor &PythonExecutor::primary()
 {
@@ -77,4 +77,4 @@ void PythonExecutor::releaseStartupThreadState()
     releaseStartupThread();
 }
 
-} // namespace veltro
+}

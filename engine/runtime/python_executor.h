@@ -94,4 +94,4 @@ std::invoke_result_t<Body> PythonExecutor::runThrowing(Body &&body)
     }
 }
 
-} // namespace veltro
+}

@@ -12,4 +12,4 @@ void setStartupThread();
 /// Gives that lock up, if this thread still holds it and no job is open on it.
 void releaseStartupThread();
 
-} // namespace veltro
+}

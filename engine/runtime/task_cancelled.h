@@ -10,4 +10,4 @@ struct TaskCancelled : std::exception {
     [[nodiscard]] const char *what() const noexcept override { return "The task was cancelled."; }
 };
 
-} // namespace veltro
+}

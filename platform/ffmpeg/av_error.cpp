@@ -15,4 +15,4 @@ std::string errorText(int error)
     return text.data();
 }
 
-} // namespace veltro::ffmpeg
+}

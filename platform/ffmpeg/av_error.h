@@ -8,4 +8,4 @@ namespace veltro::ffmpeg {
 /// The text that the tool prints for an AVERROR code, in English when a LocaleScope is in force.
 [[nodiscard]] std::string errorText(int error);
 
-} // namespace veltro::ffmpeg
+}

@@ -64,4 +64,4 @@ private:
     AVDictionary *m_lent;
 };
 
-} // namespace veltro::ffmpeg
+}

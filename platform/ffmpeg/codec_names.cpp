@@ -48,4 +48,4 @@ int subtitleKind(AVCodecID codec)
     return descriptor ? descriptor->props & (AV_CODEC_PROP_TEXT_SUB | AV_CODEC_PROP_BITMAP_SUB) : 0;
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -20,4 +20,4 @@ enum class CodecUse { encode, decode };
 /// Whether the codec of this kind holds text, pictures or neither: AV_CODEC_PROP_ bits.
 [[nodiscard]] int subtitleKind(AVCodecID codec);
 
-} // namespace veltro::ffmpeg
+}

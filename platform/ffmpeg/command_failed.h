@@ -27,4 +27,4 @@ public:
     [[nodiscard]] const char *what() const noexcept override { return "Cancelled"; }
 };
 
-} // namespace veltro::ffmpeg
+}

@@ -173,7 +173,7 @@ private:
     CommandLine m_result;
 };
 
-} // namespace
+}
 
 std::optional<std::string_view> FileArguments::value(std::string_view name) const
 {
@@ -201,4 +201,4 @@ CommandLine parseCommandLine(std::span<const std::string> arguments,
     return Parser(arguments, isLibraryOption).parse();
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -49,4 +49,4 @@ using LibraryOptionTest = std::function<bool(std::string_view written)>;
 [[nodiscard]] CommandLine parseCommandLine(std::span<const std::string> arguments,
                                            const LibraryOptionTest &isLibraryOption);
 
-} // namespace veltro::ffmpeg
+}

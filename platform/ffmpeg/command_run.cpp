@@ -75,7 +75,7 @@ void stepBack()
     setpriority(PRIO_PROCESS, thread, getpriority(PRIO_PROCESS, thread) + steps);
 }
 
-} // namespace
+}
 
 void runCommand(const CommandLine &command, SessionLog &log, RunControl &control)
 {
@@ -111,4 +111,4 @@ void runCommand(const CommandLine &command, SessionLog &log, RunControl &control
     reportResult(outputs, run);
 }
 
-} // namespace veltro::ffmpeg
+}

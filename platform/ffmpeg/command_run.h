@@ -12,4 +12,4 @@ namespace veltro::ffmpeg {
 /// @throws CommandFailed, CommandCancelled
 void runCommand(const CommandLine &command, SessionLog &log, RunControl &control);
 
-} // namespace veltro::ffmpeg
+}

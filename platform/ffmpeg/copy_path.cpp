@@ -31,7 +31,7 @@ CodecParametersPtr describe(const OutputStream &stream)
     return parameters;
 }
 
-} // namespace
+}
 
 CopyPath::CopyPath(InputFile &input, OutputFile &output, OutputStream &stream,
                    const RunContext &run)
@@ -224,4 +224,4 @@ void CopyPath::retime(AVPacket &packet)
     packet.duration = av_rescale_q(packet.duration, from, to);
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -37,4 +37,4 @@ private:
     bool m_hasStarted = false;
 };
 
-} // namespace veltro::ffmpeg
+}

@@ -17,7 +17,7 @@ std::string numbered(const InputStream &source)
     return "#" + std::to_string(source.fileIndex) + ":" + std::to_string(source.stream->index);
 }
 
-} // namespace
+}
 
 CodecContextPtr openDecoder(InputStream &source, const RunContext &run)
 {
@@ -183,4 +183,4 @@ void Decoder::timeSound(AVFrame &frame, const AVPacket *packet)
     }
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -51,4 +51,4 @@ private:
     std::int64_t m_rescaleState = noTimestamp;
 };
 
-} // namespace veltro::ffmpeg
+}

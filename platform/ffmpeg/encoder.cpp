@@ -27,7 +27,7 @@ bool asksFor(void *object, const AVDictionary *options, const char *name, int fl
            (flags & flag);
 }
 
-} // namespace
+}
 
 Encoder::Encoder(OutputFile &output, OutputStream &stream, const RunContext &run)
     : m_output(output)
@@ -260,4 +260,4 @@ void Encoder::send(const AVFrame *frame)
     }
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -46,4 +46,4 @@ private:
     bool m_isOpen = false;
 };
 
-} // namespace veltro::ffmpeg
+}

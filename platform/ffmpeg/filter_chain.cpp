@@ -86,7 +86,7 @@ std::string channelLayouts(const AVCodec *encoder, const SoundWish &wish)
     return list;
 }
 
-} // namespace
+}
 
 const std::int32_t *displayMatrixOf(const AVStream &stream)
 {
@@ -182,4 +182,4 @@ std::string soundFormatFilter(const AVCodec *encoder, const SoundWish &wish)
     return withKey("aformat", limits);
 }
 
-} // namespace veltro::ffmpeg
+}

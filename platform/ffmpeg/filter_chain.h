@@ -55,4 +55,4 @@ struct SoundWish {
 /// Converts to what is wished, and otherwise to something that the encoder takes.
 [[nodiscard]] std::string soundFormatFilter(const AVCodec *encoder, const SoundWish &wish);
 
-} // namespace veltro::ffmpeg
+}

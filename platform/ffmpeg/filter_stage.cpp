@@ -44,7 +44,7 @@ std::string joined(const AVDictionary *options)
     return text;
 }
 
-} // namespace
+}
 
 bool FrameShape::isLike(const FrameShape &other) const
 {
@@ -298,4 +298,4 @@ std::string FilterStage::soundFormats() const
     return soundFormatFilter(encode.encoder, wish);
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -83,4 +83,4 @@ private:
     AVFilterContext *m_sink = nullptr;         // owned by m_graph
 };
 
-} // namespace veltro::ffmpeg
+}

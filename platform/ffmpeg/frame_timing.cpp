@@ -24,7 +24,7 @@ std::vector<std::int64_t> parseKeyFrames(const std::string &text, AVRational bas
     return times;
 }
 
-} // namespace
+}
 
 PictureTiming::PictureTiming(const EncodeSettings &settings, AVRational encoder, std::int64_t start)
     : m_encoder(encoder), m_start(start), m_keepsEveryFrame(settings.keepsEveryFrame)
@@ -98,4 +98,4 @@ void PictureTiming::force(AVFrame &frame)
     }
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -35,4 +35,4 @@ private:
     std::size_t m_nextKeyFrame = 0;
 };
 
-} // namespace veltro::ffmpeg
+}

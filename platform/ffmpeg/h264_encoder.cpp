@@ -22,4 +22,4 @@ H264EncoderChoice chooseH264Encoder(int width, int height)
     throw CommandFailed("No H.264 encoder was found on this machine");
 }
 
-} // namespace veltro::ffmpeg
+}

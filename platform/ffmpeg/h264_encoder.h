@@ -19,4 +19,4 @@ struct H264EncoderChoice {
 /// @throws CommandFailed when the libraries have no H.264 encoder.
 [[nodiscard]] H264EncoderChoice chooseH264Encoder(int width, int height);
 
-} // namespace veltro::ffmpeg
+}

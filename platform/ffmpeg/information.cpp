@@ -46,7 +46,7 @@ std::string describeProgram(std::string_view program, const char *indent)
     return text;
 }
 
-} // namespace
+}
 
 std::string banner(std::string_view program)
 {
@@ -68,4 +68,4 @@ std::string bitstreamFiltersText()
     return text.append("\n");
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -16,4 +16,4 @@ namespace veltro::ffmpeg {
 /// The answer to -bsfs, for standard output: a heading, then a bitstream filter a line.
 [[nodiscard]] std::string bitstreamFiltersText();
 
-} // namespace veltro::ffmpeg
+}

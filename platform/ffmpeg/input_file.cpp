@@ -85,7 +85,7 @@ void attachSideData(AVPacket &packet, const AVStream &stream)
     }
 }
 
-} // namespace
+}
 
 InputFile::InputFile(const FileArguments &arguments, int index, const RunContext &run)
     : m_run(run)
@@ -339,4 +339,4 @@ void InputFile::keepPace()
     }
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -92,4 +92,4 @@ private:
     std::int64_t m_furthest = 0; // of all streams, for the pace
 };
 
-} // namespace veltro::ffmpeg
+}

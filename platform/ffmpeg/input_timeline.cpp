@@ -37,7 +37,7 @@ void scale(std::int64_t &timestamp, double factor)
     }
 }
 
-} // namespace
+}
 
 void StreamClock::begin(const AVStream &stream, bool copied)
 {
@@ -218,4 +218,4 @@ void InputTimeline::dropImpossible(AVPacket &packet, const AVStream &stream, std
     }
 }
 
-} // namespace veltro::ffmpeg
+}

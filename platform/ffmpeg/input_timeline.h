@@ -71,4 +71,4 @@ private:
     std::int64_t m_last = noTimestamp;
 };
 
-} // namespace veltro::ffmpeg
+}

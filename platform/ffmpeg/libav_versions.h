@@ -192,4 +192,4 @@ inline int transferTiming(const AVOutputFormat *format, AVStream *to, const AVSt
     return 0;
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -80,7 +80,7 @@ std::string nameForCodec(const std::string &name, const AVCodec *codec, StreamKi
     return {};
 }
 
-} // namespace
+}
 
 bool isLibraryOption(std::string_view written)
 {
@@ -140,4 +140,4 @@ DictionaryPtr codecOptionsFor(const AVDictionary *all, AVFormatContext *file, AV
     return taken;
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -28,4 +28,4 @@ struct LibraryOptions {
 [[nodiscard]] DictionaryPtr codecOptionsFor(const AVDictionary *all, AVFormatContext *file,
                                             AVStream *stream, const AVCodec *codec);
 
-} // namespace veltro::ffmpeg
+}

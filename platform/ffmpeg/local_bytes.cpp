@@ -69,7 +69,7 @@ int refuseUnlessRegular(int descriptor)
     return S_ISREG(status.st_mode) ? 0 : AVERROR_INVALIDDATA;
 }
 
-} // namespace
+}
 
 void closeLocalBytes(AVIOContext *bytes)
 {
@@ -112,4 +112,4 @@ void InputContextDeleter::operator()(AVFormatContext *context) const
     closeLocalBytes(bytes);
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -21,4 +21,4 @@ using LocalBytesPtr = std::unique_ptr<AVIOContext, LocalBytesDeleter>;
 /// @returns 0 and the stream, or an AVERROR code.
 [[nodiscard]] int openLocalBytes(const std::string &path, LocalBytesPtr &opened);
 
-} // namespace veltro::ffmpeg
+}

@@ -30,4 +30,4 @@ private:
     const locale_t m_previous;
 };
 
-} // namespace veltro::ffmpeg
+}

@@ -24,8 +24,8 @@ public:
     }
 };
 
-} // namespace
-} // namespace veltro::ffmpeg
+}
+}
 
 [[gnu::visibility("default")]] veltro::ffmpeg::MediaTools *veltroMediaTools() noexcept
 {

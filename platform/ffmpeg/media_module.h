@@ -12,4 +12,4 @@ namespace veltro::ffmpeg {
 inline constexpr const char *mediaModuleFile = "veltro-media.so";
 inline constexpr const char *mediaModuleEntry = "veltroMediaTools";
 
-} // namespace veltro::ffmpeg
+}

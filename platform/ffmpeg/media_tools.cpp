@@ -31,7 +31,7 @@ MediaTools &loadModule(const std::filesystem::path &file)
     return *reinterpret_cast<decltype(&veltroMediaTools)>(entry)();
 }
 
-} // namespace
+}
 
 MediaTools &mediaTools()
 {
@@ -44,4 +44,4 @@ MediaTools &mediaTools()
     return *loaded;
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -194,7 +194,7 @@ constexpr std::array table{
     refused("help", bare),
 };
 
-} // namespace
+}
 
 const OptionRule *findOptionRule(std::string_view written)
 {
@@ -204,4 +204,4 @@ const OptionRule *findOptionRule(std::string_view written)
     return found == table.end() ? nullptr : found;
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -42,4 +42,4 @@ struct OptionRule {
 /// passed over. @returns null for a name that the table lacks.
 [[nodiscard]] const OptionRule *findOptionRule(std::string_view written);
 
-} // namespace veltro::ffmpeg
+}

@@ -40,7 +40,7 @@ std::int64_t middleOf(std::int64_t a, std::int64_t b, std::int64_t c)
     return std::max(std::min(a, b), std::min(std::max(a, b), c));
 }
 
-} // namespace
+}
 
 OutputFile::OutputFile(const FileArguments &arguments, int index, const RunContext &run)
     : m_run(run)
@@ -359,4 +359,4 @@ std::int64_t OutputFile::size() const
     return m_context->pb ? avio_tell(m_context->pb) : 0;
 }
 
-} // namespace veltro::ffmpeg
+}

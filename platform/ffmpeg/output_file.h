@@ -88,4 +88,4 @@ private:
     bool m_hasBegun = false;
 };
 
-} // namespace veltro::ffmpeg
+}

@@ -309,7 +309,7 @@ void setDispositions(const OutputFile &output)
     }
 }
 
-} // namespace
+}
 
 void describeOutput(OutputFile &output, const InputFiles &inputs)
 {
@@ -338,4 +338,4 @@ void describeOutput(OutputFile &output, const InputFiles &inputs)
     setDispositions(output);
 }
 
-} // namespace veltro::ffmpeg
+}

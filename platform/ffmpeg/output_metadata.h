@@ -11,4 +11,4 @@ namespace veltro::ffmpeg {
 /// @throws CommandFailed for what names nothing.
 void describeOutput(OutputFile &output, const InputFiles &inputs);
 
-} // namespace veltro::ffmpeg
+}

@@ -255,7 +255,7 @@ void attachFile(OutputFile &file, const std::string &name, const RunContext &run
     av_dict_set(&stream.stream->metadata, "filename", last.c_str(), AV_DICT_DONT_OVERWRITE);
 }
 
-} // namespace
+}
 
 void planOutput(OutputFile &output, const InputFiles &inputs, const RunContext &run)
 {
@@ -282,4 +282,4 @@ void planOutput(OutputFile &output, const InputFiles &inputs, const RunContext &
     describeOutput(output, inputs);
 }
 
-} // namespace veltro::ffmpeg
+}

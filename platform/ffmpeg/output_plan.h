@@ -11,4 +11,4 @@ namespace veltro::ffmpeg {
 /// @throws CommandFailed for what cannot be met.
 void planOutput(OutputFile &output, const InputFiles &inputs, const RunContext &run);
 
-} // namespace veltro::ffmpeg
+}

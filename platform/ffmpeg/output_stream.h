@@ -76,4 +76,4 @@ struct OutputStream {
     [[nodiscard]] AVMediaType type() const { return stream->codecpar->codec_type; }
 };
 
-} // namespace veltro::ffmpeg
+}

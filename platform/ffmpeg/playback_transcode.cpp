@@ -21,7 +21,7 @@ bool isMovingPicture(const InputStream *stream)
     return stream->type() == AVMEDIA_TYPE_VIDEO && !stream->isPicture();
 }
 
-} // namespace
+}
 
 bool isPlaybackTranscode(const FileArguments &output)
 {
@@ -123,4 +123,4 @@ SubtitleTreatment treatPlaybackSubtitle(const AVOutputFormat *format, const Inpu
     return {};
 }
 
-} // namespace veltro::ffmpeg
+}

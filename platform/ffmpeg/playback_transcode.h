@@ -40,4 +40,4 @@ struct SubtitleTreatment {
 [[nodiscard]] SubtitleTreatment treatPlaybackSubtitle(const AVOutputFormat *format,
                                                       const InputStream &source);
 
-} // namespace veltro::ffmpeg
+}

@@ -60,7 +60,7 @@ int probeFile(const ProbeOptions &options, SessionLog &log, std::string &output)
     return error < 0 ? 1 : 0;
 }
 
-} // namespace
+}
 
 CommandResult runProbeCommand(std::span<const std::string> arguments) noexcept
 try {
@@ -88,4 +88,4 @@ try {
     return failed;
 }
 
-} // namespace veltro::ffmpeg
+}

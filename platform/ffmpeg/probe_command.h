@@ -12,4 +12,4 @@ namespace veltro::ffmpeg {
 /// tool, with its output, its messages and its code (0 or 1). Never throws; any thread.
 [[nodiscard]] CommandResult runProbeCommand(std::span<const std::string> arguments) noexcept;
 
-} // namespace veltro::ffmpeg
+}

@@ -317,7 +317,7 @@ ReportSection streamSection(AVFormatContext &input, AVStream &stream)
     return section;
 }
 
-} // namespace
+}
 
 ReportSection describeStreams(AVFormatContext &input, const std::string &selection)
 {
@@ -349,4 +349,4 @@ ReportSection describeFormat(AVFormatContext &input)
     return section;
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -13,4 +13,4 @@ namespace veltro::ffmpeg {
 [[nodiscard]] ReportSection describeStreams(AVFormatContext &input, const std::string &selection);
 [[nodiscard]] ReportSection describeFormat(AVFormatContext &input);
 
-} // namespace veltro::ffmpeg
+}

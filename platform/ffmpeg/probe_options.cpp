@@ -191,11 +191,11 @@ private:
     ProbeOptions m_options;
 };
 
-} // namespace
+}
 
 ProbeOptions parseProbeOptions(std::span<const std::string> arguments)
 {
     return ProbeArguments().parse(arguments);
 }
 
-} // namespace veltro::ffmpeg
+}

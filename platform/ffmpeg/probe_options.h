@@ -35,4 +35,4 @@ struct ProbeOptions {
 /// the ending, while log level and banner are honoured wherever they stand.
 [[nodiscard]] ProbeOptions parseProbeOptions(std::span<const std::string> arguments);
 
-} // namespace veltro::ffmpeg
+}

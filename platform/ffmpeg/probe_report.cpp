@@ -54,7 +54,7 @@ void indentJson(std::string &into, int depth)
     into.append(static_cast<std::size_t>(depth) * 4, ' ');
 }
 
-} // namespace
+}
 
 ReportSection::ReportSection(Shape shape, std::string_view name, std::string_view plainName)
     : m_shape(shape), m_name(name), m_plainName(plainName)
@@ -147,4 +147,4 @@ std::string writeReport(const std::vector<ReportSection> &sections, ReportFormat
     return text;
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -56,4 +56,4 @@ private:
 [[nodiscard]] std::string writeReport(const std::vector<ReportSection> &sections,
                                       ReportFormat format);
 
-} // namespace veltro::ffmpeg
+}

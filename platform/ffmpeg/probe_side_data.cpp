@@ -67,7 +67,7 @@ ReportSection describeSideData(const AVPacketSideData &data)
     return section;
 }
 
-} // namespace
+}
 
 void addSideData(ReportSection &section, const AVStream &stream)
 {
@@ -91,4 +91,4 @@ void addSideData(ReportSection &section, const AVStream &stream)
     }
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -11,4 +11,4 @@ namespace veltro::ffmpeg {
 /// is any.
 void addSideData(ReportSection &section, const AVStream &stream);
 
-} // namespace veltro::ffmpeg
+}

@@ -86,4 +86,4 @@ private:
     void say(int level, std::string_view line) const { log.write(level, std::string(line) + '\n'); }
 };
 
-} // namespace veltro::ffmpeg
+}

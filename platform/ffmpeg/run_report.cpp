@@ -30,7 +30,7 @@ std::string kilobytes(std::int64_t bytes)
     return std::to_string((bytes + 512) / 1024) + "kB";
 }
 
-} // namespace
+}
 
 void reportMapping(const OutputFiles &outputs, const RunContext &run)
 {
@@ -76,4 +76,4 @@ void reportResult(const OutputFiles &outputs, const RunContext &run)
     }
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -10,4 +10,4 @@ namespace veltro::ffmpeg {
 void reportMapping(const OutputFiles &outputs, const RunContext &run);
 void reportResult(const OutputFiles &outputs, const RunContext &run);
 
-} // namespace veltro::ffmpeg
+}

@@ -105,11 +105,11 @@ private:
     std::string m_output; // guarded by m_lock
 };
 
-} // namespace
+}
 
 std::unique_ptr<Session> makeRunnerSession()
 {
     return std::make_unique<RunnerSession>();
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -10,4 +10,4 @@ namespace veltro::ffmpeg {
 /// A session that runs one ffmpeg command line with the libraries of this process.
 [[nodiscard]] std::unique_ptr<Session> makeRunnerSession();
 
-} // namespace veltro::ffmpeg
+}

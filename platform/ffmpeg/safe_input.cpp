@@ -101,7 +101,7 @@ int makeGuarded(const LocalInputOptions &how, AVDictionary **options, AVIOContex
     return 0;
 }
 
-} // namespace
+}
 
 InputName classifyInput(std::string_view name)
 {
@@ -173,4 +173,4 @@ int readStreamInformation(AVFormatContext &input)
     return result;
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -62,4 +62,4 @@ struct LocalInputOptions {
 /// @returns 0 or more, or an AVERROR code.
 [[nodiscard]] int readStreamInformation(AVFormatContext &input);
 
-} // namespace veltro::ffmpeg
+}

@@ -19,7 +19,7 @@ std::int64_t positionOf(const OutputStream &stream)
                : av_rescale_q(stream.lastDts, stream.stream->time_base, microseconds);
 }
 
-} // namespace
+}
 
 Scheduler::Scheduler(const InputFiles &inputs, const OutputFiles &outputs, const RunContext &run)
     : m_inputs(inputs), m_run(run), m_packet(av_packet_alloc())
@@ -130,4 +130,4 @@ void Scheduler::endRoute(Route &route)
     }
 }
 
-} // namespace veltro::ffmpeg
+}

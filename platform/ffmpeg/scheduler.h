@@ -46,4 +46,4 @@ private:
     std::vector<Route> m_routes;
 };
 
-} // namespace veltro::ffmpeg
+}

@@ -93,7 +93,7 @@ constexpr std::array<std::pair<std::string_view, int>, 9> levelNames{{
     {"trace", AV_LOG_TRACE},
 }};
 
-} // namespace
+}
 
 SessionLog::SessionLog() : m_level(AV_LOG_INFO)
 {
@@ -241,4 +241,4 @@ std::optional<int> parseLogLevel(std::string_view text, int current)
     return number;
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -67,4 +67,4 @@ private:
 /// @returns an AV_LOG_ level, or nothing for a text that names none.
 [[nodiscard]] std::optional<int> parseLogLevel(std::string_view text, int current);
 
-} // namespace veltro::ffmpeg
+}

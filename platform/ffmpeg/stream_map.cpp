@@ -258,7 +258,7 @@ Chosen chooseBest(const FileArguments &output, const AVFormatContext &muxer,
     return chosen;
 }
 
-} // namespace
+}
 
 std::vector<InputStream *> chooseStreams(const FileArguments &output, const AVFormatContext &muxer,
                                          const InputFiles &inputs, const RunContext &run)
@@ -271,4 +271,4 @@ std::vector<InputStream *> chooseStreams(const FileArguments &output, const AVFo
     return chosen;
 }
 
-} // namespace veltro::ffmpeg
+}

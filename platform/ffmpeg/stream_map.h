@@ -20,4 +20,4 @@ using InputFiles = std::vector<std::unique_ptr<InputFile>>;
                                                        const InputFiles &inputs,
                                                        const RunContext &run);
 
-} // namespace veltro::ffmpeg
+}

@@ -30,7 +30,7 @@ std::optional<std::int64_t> durationOf(const FileArguments &file, std::string_vi
     return parseDuration(name, std::string(*text));
 }
 
-} // namespace
+}
 
 bool matchesStream(AVFormatContext *file, AVStream *stream, const std::string &specifier)
 {
@@ -116,4 +116,4 @@ TimeRange timeRangeOf(const FileArguments &file)
     return range;
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -40,4 +40,4 @@ struct TimeRange {
 };
 [[nodiscard]] TimeRange timeRangeOf(const FileArguments &file);
 
-} // namespace veltro::ffmpeg
+}

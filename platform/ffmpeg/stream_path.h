@@ -18,4 +18,4 @@ public:
     virtual void finish() = 0;
 };
 
-} // namespace veltro::ffmpeg
+}

@@ -49,7 +49,7 @@ StreamInformation informationOf(const AVStream &stream)
     };
 }
 
-} // namespace
+}
 
 std::optional<std::vector<StreamInformation>>
 probeStreams(const std::filesystem::path &file) noexcept
@@ -77,4 +77,4 @@ try {
     return std::nullopt; // out of memory: as good as unreadable
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -14,4 +14,4 @@ namespace veltro::ffmpeg {
 [[nodiscard]] std::optional<std::vector<StreamInformation>>
 probeStreams(const std::filesystem::path &file) noexcept;
 
-} // namespace veltro::ffmpeg
+}

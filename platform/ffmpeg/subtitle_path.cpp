@@ -25,7 +25,7 @@ std::string outputNumber(const OutputFile &output, const OutputStream &stream)
     return std::to_string(output.index()) + ":" + std::to_string(stream.stream->index);
 }
 
-} // namespace
+}
 
 SubtitlePath::SubtitlePath(OutputFile &output, OutputStream &stream, const RunContext &run)
     : m_output(output)
@@ -182,4 +182,4 @@ void SubtitlePath::finish()
     m_output.finish(m_stream);
 }
 
-} // namespace veltro::ffmpeg
+}

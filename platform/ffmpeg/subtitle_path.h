@@ -38,4 +38,4 @@ private:
     std::int64_t m_errors = 0;
 };
 
-} // namespace veltro::ffmpeg
+}

@@ -42,4 +42,4 @@ static_assert(noTimestamp == AV_NOPTS_VALUE);
     return distance > limit || distance < -limit;
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -166,4 +166,4 @@ void TranscodePath::openWithoutFrames()
     m_encoder.openFor(m_filter.sink(), nullptr);
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -44,4 +44,4 @@ private:
     std::int64_t m_frames = 0;
 };
 
-} // namespace veltro::ffmpeg
+}

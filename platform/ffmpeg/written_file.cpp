@@ -43,4 +43,4 @@ void WrittenFile::opened()
     }
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -31,4 +31,4 @@ private:
     ino_t m_inode = 0;
 };
 
-} // namespace veltro::ffmpeg
+}

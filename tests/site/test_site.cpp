@@ -41,7 +41,7 @@ TestSite::Request requestFrom(const QByteArray &line)
     };
 }
 
-} // namespace
+}
 
 TestSite::TestSite()
 {
@@ -146,4 +146,4 @@ QByteArray TestSite::ask(const QString &address) const
     return answer.sliced(answer.indexOf("\r\n\r\n") + 4);
 }
 
-} // namespace veltro
+}

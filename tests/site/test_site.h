@@ -68,4 +68,4 @@ private:
     QString m_dead;
 };
 
-} // namespace veltro
+}

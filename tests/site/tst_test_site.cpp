@@ -25,7 +25,7 @@ std::unique_ptr<QTcpSocket> request(const QUrl &url)
     return socket;
 }
 
-} // namespace
+}
 
 class TestSiteTest : public QObject {
     Q_OBJECT

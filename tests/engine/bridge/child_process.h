@@ -147,4 +147,4 @@ private:
     const QString m_program;
 };
 
-} // namespace veltro::test
+}

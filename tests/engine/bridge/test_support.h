@@ -39,4 +39,4 @@ inline std::int64_t referenceCount(const PythonObject &object)
     return Python().import("sys").attr("getrefcount")(object).to<std::int64_t>().value();
 }
 
-} // namespace veltro::test
+}

@@ -15,7 +15,7 @@ ChildResult bridgeCase(const char *name, const Variables &variables = {})
     return runChild(sibling("bridge_case"), {QString::fromLatin1(name)}, variables);
 }
 
-} // namespace
+}
 
 class InterpretersTest : public QObject {
     Q_OBJECT

@@ -76,7 +76,7 @@ std::string readings(const PythonObject &object)
            reading<std::optional<std::string>>("optional", object);
 }
 
-} // namespace
+}
 
 class PythonConversionsTest : public QObject {
     Q_OBJECT

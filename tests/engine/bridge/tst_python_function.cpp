@@ -31,7 +31,7 @@ def f(callable, *args, **named):
     return pythonErrorPending() ? "an error is pending after " + result : result;
 }
 
-} // namespace
+}
 
 class PythonFunctionTest : public QObject {
     Q_OBJECT

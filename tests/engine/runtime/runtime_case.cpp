@@ -182,7 +182,7 @@ const std::map<std::string, std::function<void()>> &cases()
     return all;
 }
 
-} // namespace
+}
 
 int main(int argc, char **argv)
 {

@@ -12,7 +12,7 @@ QByteArray bothQueues(const QByteArray &version)
     return "com.veltro.python.primary " + version + "\ncom.veltro.python.probe " + version + '\n';
 }
 
-} // namespace
+}
 
 class EnvironmentTest : public QObject {
     Q_OBJECT

@@ -58,7 +58,7 @@ PythonObject function(const std::string &lines)
     return names["f"];
 }
 
-} // namespace
+}
 
 /// The cases follow one another in one process, from before the interpreter's start.
 class PythonExecutorTest : public QObject {

@@ -26,7 +26,7 @@ void sendAll(int connection, const QByteArray &bytes)
     }
 }
 
-} // namespace
+}
 
 FileServer::FileServer(const QDir &folder) : m_folder(folder)
 {
@@ -110,4 +110,4 @@ void FileServer::answer(int connection)
     close(connection);
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -58,4 +58,4 @@ QStringList packetsOf(const QString &path, const QString &stream)
     return QString::fromUtf8(answer.output).split(u'\n', Qt::SkipEmptyParts);
 }
 
-} // namespace veltro::ffmpeg
+}

@@ -29,4 +29,4 @@ namespace veltro::ffmpeg {
 /// The packets of one stream: their times and a digest of their data, a line for each.
 [[nodiscard]] QStringList packetsOf(const QString &path, const QString &stream);
 
-} // namespace veltro::ffmpeg
+}

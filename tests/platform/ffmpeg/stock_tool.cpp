@@ -65,4 +65,4 @@ QByteArray comparable(const QByteArray &log)
     return QString::fromUtf8(log).replace(address, u"@ 0x0"_s).toUtf8();
 }
 
-} // namespace veltro::ffmpeg
+}

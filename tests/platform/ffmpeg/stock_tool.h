@@ -31,4 +31,4 @@ struct ToolAnswer {
 /// A log with what differs from run to run, the addresses of objects, made equal.
 [[nodiscard]] QByteArray comparable(const QByteArray &log);
 
-} // namespace veltro::ffmpeg
+}

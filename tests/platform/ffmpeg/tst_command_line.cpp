@@ -43,7 +43,7 @@ QString failureOf(const char *text)
     }
 }
 
-} // namespace
+}
 
 class TestCommandLine : public QObject {
     Q_OBJECT

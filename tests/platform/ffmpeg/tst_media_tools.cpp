@@ -82,7 +82,7 @@ int runInOwnBundle(const QString &realModule)
     return faults;
 }
 
-} // namespace
+}
 
 class TestMediaTools : public QObject {
     Q_OBJECT

@@ -56,7 +56,7 @@ qint64 residentBytes()
 const QStringList asJson{u"-hide_banner"_s, u"-show_format"_s, u"-show_streams"_s,
                          u"-print_format"_s, u"json"_s};
 
-} // namespace
+}
 
 class TestProbe : public QObject {
     Q_OBJECT

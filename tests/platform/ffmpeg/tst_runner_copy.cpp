@@ -51,7 +51,7 @@ bool isRandom(const QString &extension)
     return QStringList{u"webm"_s, u"mkv"_s, u"mka"_s, u"opus"_s, u"ogg"_s}.contains(extension);
 }
 
-} // namespace
+}
 
 void TestRunnerCopy::initTestCase()
 {

@@ -75,7 +75,7 @@ qint64 residentPages()
     return contentOf(u"/proc/self/statm"_s).split(' ').value(1).toLongLong();
 }
 
-} // namespace
+}
 
 void TestRunnerSession::initTestCase()
 {

@@ -84,7 +84,7 @@ double topOverBottom(const QString &path)
     return brightness(u"crop=iw:ih/2:0:0"_s) - brightness(u"crop=iw:ih/2:0:ih/2"_s);
 }
 
-} // namespace
+}
 
 void TestRunnerTranscode::initTestCase()
 {

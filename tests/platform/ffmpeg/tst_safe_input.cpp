@@ -45,7 +45,7 @@ private:
     const bool m_watching;
 };
 
-} // namespace
+}
 
 class TestSafeInput : public QObject {
     Q_OBJECT

@@ -34,7 +34,7 @@ bool holds(const SessionLog &log, std::string_view text)
     return log.text().find(text) != std::string::npos;
 }
 
-} // namespace
+}
 
 class TestSessionLog : public QObject {
     Q_OBJECT
