@@ -100,7 +100,7 @@ const char *PythonError::what() const noexcept
 
 void PythonError::leaveJob() const noexcept
 {
-    what();
+    static_cast<void>(what());
     m_state->value.reset();
     m_state->traceback.reset();
 }

@@ -40,6 +40,7 @@ public:
     explicit PythonFunction(Closure closure)
         : m_function(std::make_shared<const PyFunction>(
               PyFunction::CallingConvention::varArgs,
+              // A closure may want the arguments by value: NOLINTNEXTLINE(performance-*)
               [closure = std::move(closure)](PythonArguments arguments,
                                              const PythonKeywords &) mutable -> PythonObject {
                   return closure(std::move(arguments));

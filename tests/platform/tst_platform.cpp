@@ -96,8 +96,8 @@ void TestPlatform::waitingForAQueueHandsBackTheValueOrTheError()
 {
     SerialQueue queue("com.veltro.test");
     QCOMPARE(queue.sync([] { return 41 + 1; }), 42);
-    QVERIFY_EXCEPTION_THROWN(queue.sync([] { throw std::runtime_error("no"); }),
-                             std::runtime_error);
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error,
+                             queue.sync([] { throw std::runtime_error("no"); }));
     QCOMPARE(queue.sync([] { return 1; }), 1); // the thread has survived the error
 }
 

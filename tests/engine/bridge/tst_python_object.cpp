@@ -116,7 +116,7 @@ void PythonObjectTest::iterationVisitsEveryElementAndMayFailHalfway()
         seen += error.message();
     }
     QCOMPARE(seen, "12x");
-    QVERIFY_EXCEPTION_THROWN((void)PythonObject(1).throwing().begin(), PythonError);
+    QVERIFY_THROWS_EXCEPTION(PythonError, (void)PythonObject(1).throwing().begin());
     QVERIFY(!pythonErrorPending());
 }
 
@@ -167,7 +167,7 @@ void PythonObjectTest::accessKeepsTheCounts()
             (void)element.checking()["nope"];
         }
         QVERIFY(!value.checking().call({value}, {{"a", value}}));
-        QVERIFY_EXCEPTION_THROWN((void)value.throwing().attr("nope"), PythonError);
+        QVERIFY_THROWS_EXCEPTION(PythonError, (void)value.throwing().attr("nope"));
     }
     holder.setAttr("kept", 0);
     // A failed lookup keeps its object in the exception, which may sit in a cycle until collected.

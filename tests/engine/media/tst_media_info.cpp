@@ -127,8 +127,8 @@ void TestMediaInfo::aPlaylistKeepsItsReadableEntriesInOrder()
 
 void TestMediaInfo::whatIsNoDictionaryIsRefused()
 {
-    QVERIFY_EXCEPTION_THROWN(parsed<MediaInfo>("None"), std::invalid_argument);
-    QVERIFY_EXCEPTION_THROWN(parsed<MediaInfo>("[1]"), std::invalid_argument);
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, parsed<MediaInfo>("None"));
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, parsed<MediaInfo>("[1]"));
 }
 
 void TestMediaInfo::aFormatSaysWhatItCarries_data()

@@ -79,8 +79,8 @@ private Q_SLOTS:
 void PythonExecutorTest::jobRunsWithoutALockBeforeTheStart()
 {
     QCOMPARE(PythonExecutor::withGIL([] { return 4; }), 4);
-    QVERIFY_EXCEPTION_THROWN(
-        PythonExecutor::withGIL([]() -> int { throw std::range_error("own"); }), std::range_error);
+    QVERIFY_THROWS_EXCEPTION(
+        std::range_error, PythonExecutor::withGIL([]() -> int { throw std::range_error("own"); }));
     PythonExecutor::releaseStartupThreadState();
     QVERIFY(!python_lock::interpreterRuns());
 }
