@@ -3,8 +3,9 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs the tests of a build: run_tests.py BUILD_FOLDER [CTEST OPTIONS...]
 
-There is no display. What a failed test said is printed; the last line is
-"N passed, N failed". A test that could not be started has failed.
+There is no display, and the priority is the usual one: some tests compare with it. What a failed
+test said is printed; the last line is "N passed, N failed". A test that could not be started has
+failed.
 """
 import os
 import subprocess
@@ -24,7 +25,7 @@ def main() -> int:
     environment = {name: value for name, value in os.environ.items() if name not in UNWANTED}
     environment["QT_QPA_PLATFORM"] = "offscreen"
     code = subprocess.run(
-        ["nice", "ctest", "--test-dir", str(folder), "--parallel", str(os.cpu_count()),
+        ["ctest", "--test-dir", str(folder), "--parallel", str(os.cpu_count()),
          "--output-on-failure", "--no-tests=error", "--output-junit", str(report), *sys.argv[2:]],
         env=environment).returncode
     passed, failed, skipped = counts(report)
