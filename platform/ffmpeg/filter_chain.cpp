@@ -152,7 +152,11 @@ std::string formatFilter(const AVCodec *encoder)
     std::string list;
     const AVPixelFormat *formats = pixelFormatsOf(encoder);
     for (; formats && *formats != AV_PIX_FMT_NONE; ++formats) {
-        append(list, av_get_pix_fmt_name(*formats), "|");
+        const std::string name = av_get_pix_fmt_name(*formats);
+        // Readers of JPEG expect the full range, which this encoder only has by these names.
+        if (encoder->id != AV_CODEC_ID_MJPEG || name.starts_with("yuvj")) {
+            append(list, name, "|");
+        }
     }
     return withKey("format", list);
 }

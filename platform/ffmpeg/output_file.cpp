@@ -75,9 +75,6 @@ OutputFile::OutputFile(const FileArguments &arguments, int index, const RunConte
     if (arguments.isOn("bitexact")) {
         m_context->flags |= AVFMT_FLAG_BITEXACT;
     }
-    if (m_context->oformat->flags & AVFMT_NOFILE) {
-        return;
-    }
     if (name.kind != InputKind::localFile) {
         throw CommandFailed("Writing to " + arguments.url + " is not supported by this program");
     }
@@ -86,16 +83,16 @@ OutputFile::OutputFile(const FileArguments &arguments, int index, const RunConte
 
 OutputFile::~OutputFile()
 {
-    if (m_target && m_context->pb) {
+    if (m_context->pb && !opensItself()) {
         avio_closep(&m_context->pb); // whatever is lost here is removed with the file
+    }
+    if (m_hasBegun && opensItself() && !m_wasThere) {
+        m_target->opened();
     }
 }
 
 void OutputFile::checkTarget(const InputFiles &inputs) const
 {
-    if (!m_target) {
-        return;
-    }
     for (std::size_t i = 0; i < inputs.size(); ++i) {
         const InputName input = classifyInput(inputs[i]->url());
         if (input.kind == InputKind::localFile && m_target->isSameAs(input.path)) {
@@ -179,7 +176,8 @@ void OutputFile::begin()
 
 void OutputFile::openTarget()
 {
-    if (!m_target) {
+    if (opensItself()) {
+        m_wasThere = m_target->exists();
         return;
     }
     const int error =
@@ -339,14 +337,20 @@ void OutputFile::complete()
         throw CommandFailed("Error writing trailer of " + m_arguments.url + ": " +
                             errorText(error));
     }
-    if (m_target) {
+    if (!opensItself()) {
         // What the file system could not take is often said only now.
         if (const int closing = avio_closep(&m_context->pb); closing < 0) {
             throw CommandFailed("Error closing file " + m_arguments.url + ": " +
                                 errorText(closing));
         }
-        m_target->keep();
     }
+    m_target->keep();
+}
+
+// Formats of pictures open a file for each, or the one that they write again and again.
+bool OutputFile::opensItself() const
+{
+    return m_context->oformat->flags & AVFMT_NOFILE;
 }
 
 bool OutputFile::isFull() const

@@ -68,6 +68,7 @@ public:
 private:
     void initialiseFilter(OutputStream &stream);
     void drainFilter(OutputStream &stream, AVPacket &packet);
+    [[nodiscard]] bool opensItself() const;
     void begin();
     void openTarget();
     void queueOrMux(OutputStream &stream, AVPacket &packet);
@@ -83,9 +84,10 @@ private:
     TimeRange m_range;
     std::int64_t m_sizeLimit = std::numeric_limits<std::int64_t>::max();
     OutputContextPtr m_context;
-    std::unique_ptr<WrittenFile> m_target; // null when the muxer opens its files itself
+    std::unique_ptr<WrittenFile> m_target;
     std::vector<std::unique_ptr<OutputStream>> m_streams;
     bool m_hasBegun = false;
+    bool m_wasThere = false; // for a muxer that opens its files itself
 };
 
 }

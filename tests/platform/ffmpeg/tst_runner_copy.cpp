@@ -104,7 +104,8 @@ void TestRunnerCopy::makeClips()
                        u"-map"_s, u"1"_s, u"-c"_s, u"copy"_s, path(u"avs.mkv"_s)}));
     QVERIFY(makeMedia({u"-i"_s, path(u"av.mp4"_s), u"-i"_s, path(u"chapters.meta"_s),
                        u"-map_metadata"_s, u"1"_s, u"-c"_s, u"copy"_s, path(u"chapters.mp4"_s)}));
-    QVERIFY(makeMedia(video + QStringList{u"-frames:v"_s, u"1"_s, path(u"cover.jpg"_s)}));
+    QVERIFY(makeMedia(video + QStringList{u"-frames:v"_s, u"1"_s, path(u"cover.jpg"_s),
+                                          u"-frames:v"_s, u"1"_s, path(u"cover.png"_s)}));
 }
 
 void TestRunnerCopy::makeBrokenFiles()
@@ -216,6 +217,9 @@ void TestRunnerCopy::writesTheSameFileAsTheStockTool_data()
         "-i av.mp4 -i cover.jpg -map 0 -map 1 -c copy -disposition:2 attached_pic", "mp4");
     row("cover in mp3",
         "-i a.mp3 -i cover.jpg -c copy -map 0:0 -map 1:0 -write_id3v1 1 -id3v2_version 3", "mp3");
+    row("picture to jpg", "-f image2 -pattern_type none -i cover.png -update 1 -bsf:v mjpeg2jpeg",
+        "jpg");
+    row("picture to png", "-f image2 -pattern_type none -i cover.jpg -update 1", "png");
     row("best of two files", "-i avs.mkv -i av.mp4 -c copy", "mkv");
     row("optional map", "-i av.mp4 -map 0:v -map 0:s? -c copy", "mp4");
     row("bare aac", "-i a.aac -c copy -f mp4", "mp4");
