@@ -97,6 +97,12 @@ void TestRunnerCopy::makeClips()
                        u"copy"_s, u"-hls_time"_s, u"0.4"_s, u"-hls_list_size"_s, u"0"_s,
                        path(u"list.m3u8"_s)}));
     QVERIFY(QFile::copy(path(u"av.ts"_s), path(u"ts_inside.mp4"_s)));
+    // The counter of a transport stream begins again after 95443.7 seconds.
+    QVERIFY(makeMedia({u"-i"_s, path(u"av.mp4"_s), u"-c"_s, u"copy"_s, u"-output_ts_offset"_s,
+                       u"95441.7"_s, path(u"wrapping.ts"_s), u"-c"_s, u"copy"_s,
+                       u"-output_ts_offset"_s, u"5000"_s, path(u"far.mkv"_s)}));
+    const QByteArray once = contentOf(path(u"av.ts"_s));
+    QVERIFY(writeFile(path(u"twice.ts"_s), once + once));
     QVERIFY(makeMedia({u"-i"_s, path(u"av.mp4"_s), u"-i"_s, path(u"s.vtt"_s), u"-map"_s, u"0"_s,
                        u"-map"_s, u"1"_s, u"-c"_s, u"copy"_s, u"-c:s"_s, u"mov_text"_s,
                        path(u"avs.mp4"_s)}));
@@ -224,6 +230,10 @@ void TestRunnerCopy::writesTheSameFileAsTheStockTool_data()
     row("optional map", "-i av.mp4 -map 0:v -map 0:s? -c copy", "mp4");
     row("bare aac", "-i a.aac -c copy -f mp4", "mp4");
     row("flash video", "-i av.mp4 -c copy -f flv", "flv");
+    row("timestamps that begin again", "-i twice.ts -c copy", "mp4");
+    row("timestamps that begin again, encoded", "-i twice.ts -vn -c:a aac", "m4a");
+    row("timestamps that wrap around", "-i wrapping.ts -c copy", "mp4");
+    row("timestamps far from zero", "-i far.mkv -c copy", "mp4");
     row("cut off transport stream", "-i half_av.ts -c copy", "mp4");
     row("cut off webm", "-i half_av.webm -c copy", "webm");
     // Whatever the output's format is, our rate is variable, which this tool must be told.
