@@ -18,22 +18,32 @@ constexpr int bufferBytes = 32 * 1024;
 // Owns an open file; what the byte stream's calls are given as their context.
 class LocalFile {
 public:
-    explicit LocalFile(int descriptor) : m_descriptor(descriptor) {}
+    LocalFile(int descriptor, AVIOInterruptCB interrupt)
+        : m_descriptor(descriptor), m_interrupt(interrupt)
+    {}
     ~LocalFile() { close(m_descriptor); }
     LocalFile(const LocalFile &) = delete;
     LocalFile &operator=(const LocalFile &) = delete;
 
     [[nodiscard]] int descriptor() const { return m_descriptor; }
+    [[nodiscard]] bool isInterrupted() const
+    {
+        return m_interrupt.callback && m_interrupt.callback(m_interrupt.opaque);
+    }
 
 private:
     const int m_descriptor;
+    const AVIOInterruptCB m_interrupt;
 };
 
 int readBytes(void *context, std::uint8_t *into, int wanted)
 {
-    const int descriptor = static_cast<LocalFile *>(context)->descriptor();
+    const LocalFile &file = *static_cast<LocalFile *>(context);
+    if (file.isInterrupted()) {
+        return AVERROR_EXIT;
+    }
     for (;;) {
-        const ssize_t got = read(descriptor, into, static_cast<std::size_t>(wanted));
+        const ssize_t got = read(file.descriptor(), into, static_cast<std::size_t>(wanted));
         if (got > 0) {
             return static_cast<int>(got);
         }
@@ -80,14 +90,14 @@ void closeLocalBytes(AVIOContext *bytes)
     }
 }
 
-int openLocalBytes(const std::string &path, LocalBytesPtr &opened)
+int openLocalBytes(const std::string &path, AVIOInterruptCB interrupt, LocalBytesPtr &opened)
 {
     // Without O_NONBLOCK, opening a pipe waits for its other end.
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0) {
         return AVERROR(errno);
     }
-    auto file = std::make_unique<LocalFile>(descriptor);
+    auto file = std::make_unique<LocalFile>(descriptor, interrupt);
     if (const int error = refuseUnlessRegular(descriptor); error < 0) {
         return error;
     }

@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ffmpeg/media_module.h"
 
+#include "platform/ffmpeg/media_duration.h"
 #include "platform/ffmpeg/probe_command.h"
 #include "platform/ffmpeg/runner_session.h"
+#include "platform/ffmpeg/still_image.h"
 #include "platform/ffmpeg/stream_probe.h"
 
 namespace veltro::ffmpeg {
@@ -21,6 +23,16 @@ public:
     streams(const std::filesystem::path &file) noexcept override
     {
         return probeStreams(file);
+    }
+    std::optional<std::vector<std::uint8_t>> still(const std::filesystem::path &file,
+                                                   double seconds, int maxWidth, int maxHeight,
+                                                   double quality) noexcept override
+    {
+        return takeStill(file, {seconds, maxWidth, maxHeight, quality});
+    }
+    std::optional<double> duration(const std::filesystem::path &file) noexcept override
+    {
+        return readDuration(file);
     }
 };
 

@@ -61,6 +61,19 @@ public:
     /// no other file than the one named, whatever is in it.
     [[nodiscard]] virtual std::optional<std::vector<StreamInformation>>
     streams(const std::filesystem::path &file) noexcept = 0;
+    /// A JPEG of what a player shows of a local file at a time, upright and with square pixels,
+    /// reduced to fit into the given size and never enlarged. Short media gives its last picture;
+    /// media without pictures of its own gives nothing, and a cover that is attached to sound is
+    /// none. Reads no other file; ends after 20 seconds with what it has.
+    /// @param quality from 0 to 1.
+    [[nodiscard]] virtual std::optional<std::vector<std::uint8_t>>
+    still(const std::filesystem::path &file, double seconds, int maxWidth, int maxHeight,
+          double quality) noexcept = 0;
+    /// How long a local file plays, in seconds, from its header or the times of its packets;
+    /// nothing is decoded where the container tells what its streams are. Nothing when nobody
+    /// knows. Reads no other file.
+    [[nodiscard]] virtual std::optional<double>
+    duration(const std::filesystem::path &file) noexcept = 0;
 };
 
 /// The module that holds the FFmpeg libraries is missing from the bundle or cannot be loaded.

@@ -135,7 +135,8 @@ int openLocalInput(const std::string &name, const LocalInputOptions &how, InputC
         return AVERROR_INVALIDDATA;
     }
     LocalBytesPtr bytes;
-    if (const int error = openLocalBytes(classifyInput(name).path, bytes); error < 0) {
+    if (const int error = openLocalBytes(classifyInput(name).path, how.interrupt, bytes);
+        error < 0) {
         return error;
     }
     DictionaryPtr none;

@@ -27,10 +27,9 @@ const QHash<QString, EngineCommand> engineCommands{
 };
 
 const QHash<QString, MediaCommand> mediaCommands{
-    {QStringLiteral("ffmpeg"), ffmpegCommand},
-    {QStringLiteral("ffprobe"), ffprobeCommand},
-    {QStringLiteral("codec"), codecCommand},
-    {QStringLiteral("transcode"), transcodeCommand},
+    {QStringLiteral("ffmpeg"), ffmpegCommand}, {QStringLiteral("ffprobe"), ffprobeCommand},
+    {QStringLiteral("codec"), codecCommand},   {QStringLiteral("transcode"), transcodeCommand},
+    {QStringLiteral("still"), stillCommand},   {QStringLiteral("duration"), durationCommand},
 };
 
 QCoro::Task<void> runAndQuit(EngineCommand command, QStringList arguments)
@@ -46,7 +45,8 @@ int usage()
                "                     [--cookies FILE] [--cancel-after-bytes COUNT] [--progress]\n"
                "       veltro-engine ready\n"
                "       veltro-engine python SCRIPT ARG…\n"
-               "       veltro-engine ffmpeg ARG… | ffprobe ARG… | codec FILE | transcode FILE\n",
+               "       veltro-engine ffmpeg ARG… | ffprobe ARG… | codec FILE | transcode FILE\n"
+               "       veltro-engine still FILE IMAGE | duration FILE\n",
                stderr);
     return 2;
 }

@@ -4,9 +4,11 @@
 
 #include "engine/transcode/exported_entries.h"
 #include "engine/transcode/playback_transcode.h"
+#include "platform/ffmpeg/media_tools.h"
 #include "tools/veltro-engine/json_lines.h"
 
 #include <QByteArray>
+#include <QFile>
 #include <QList>
 
 #include <cstdio>
@@ -69,6 +71,37 @@ int transcodeCommand(const QStringList &arguments)
     const bool replaced = transcodeForPlayback(arguments.first().toStdString());
     printJsonLine({{QStringLiteral("replaced"), replaced}});
     return replaced ? 0 : 1;
+}
+
+int stillCommand(const QStringList &arguments)
+{
+    if (arguments.size() != 2) {
+        std::fputs("usage: veltro-engine still FILE IMAGE\n", stderr);
+        return 2;
+    }
+    const auto image =
+        ffmpeg::mediaTools().still(arguments.first().toStdString(), 1.0, 800, 800, 0.7);
+    if (!image) {
+        return 1;
+    }
+    QFile file(arguments.last());
+    const auto size = static_cast<qint64>(image->size());
+    const bool isWritten = file.open(QIODevice::WriteOnly) &&
+                           file.write(reinterpret_cast<const char *>(image->data()), size) == size;
+    return isWritten ? 0 : 1;
+}
+
+int durationCommand(const QStringList &arguments)
+{
+    if (arguments.size() != 1) {
+        std::fputs("usage: veltro-engine duration FILE\n", stderr);
+        return 2;
+    }
+    const auto seconds = ffmpeg::mediaTools().duration(arguments.first().toStdString());
+    if (seconds) {
+        printJsonLine({{QStringLiteral("seconds"), *seconds}});
+    }
+    return seconds ? 0 : 1;
 }
 
 }

@@ -19,4 +19,10 @@ int codecCommand(const QStringList &arguments);
 /// transcode F: the playback transcode, in place.
 int transcodeCommand(const QStringList &arguments);
 
+/// still F OUT: the library's still image of a file, written to OUT.
+int stillCommand(const QStringList &arguments);
+
+/// duration F: how long a file plays.
+int durationCommand(const QStringList &arguments);
+
 }
