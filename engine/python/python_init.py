@@ -27,10 +27,3 @@ def apply_after_import() -> None:
                  overwriting, sparing, subtitles, youtube_dl):
         step.apply()
     self_check.require_steps()
-
-
-def warm_up() -> None:
-    """Load what the first extraction of an unknown page loads, without any network access."""
-    from veltro_ytdlp import warming
-
-    warming.warm_up()

@@ -35,8 +35,8 @@ public:
     /// @throws EngineError bootstrapFailed, or the error of the interpreter's own start.
     void bootstrap();
 
-    /// Bootstraps on the primary queue unless that was done; ahead of the first link it warms the
-    /// engine up. @throws as bootstrap() does.
+    /// Bootstraps on the primary queue unless that was done. Probes and downloads do it by
+    /// themselves when they must. @throws as bootstrap() does.
     [[nodiscard]] QCoro::Task<void> ensureBootstrapped();
 
     /// Reads what a page offers, downloading nothing. The cookie file is only read.

@@ -78,24 +78,6 @@ class Bootstrap(unittest.TestCase):
             assert not started & set(events), started & set(events)
         ''')
 
-    def test_warming_up_asks_no_server_and_leaves_little_to_load(self):
-        self.assert_silent('''
-            import sys
-            events = []
-            sys.addaudithook(lambda name, _: events.append(name))
-            import python_init, yt_dlp
-            python_init.apply_after_import()
-            python_init.warm_up()
-            assert not {'socket.connect', 'socket.getaddrinfo', 'subprocess.Popen'} & set(events)
-            loaded = len(sys.modules)
-            import loopback
-            site = loopback.Site({'/': '<html><video src="a.mp4"></video></html>'})
-            with site:
-                yt_dlp.YoutubeDL({'skip_download': True, 'quiet': True, 'no_warnings': True}
-                                 ).extract_info(site.root + '/', download=False)
-            assert len(sys.modules) - loaded < 40, len(sys.modules) - loaded
-        ''')
-
     def test_plugins_and_settings_of_the_user_stay_out(self):
         with tempfile.TemporaryDirectory() as home:
             folder = os.path.join(home, 'yt-dlp', 'plugins', 'mine', 'yt_dlp_plugins', 'extractor')
