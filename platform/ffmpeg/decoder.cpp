@@ -48,6 +48,9 @@ CodecContextPtr openDecoder(InputStream &source, const RunContext &run)
 Decoder::Decoder(InputStream &source, const RunContext &run)
     : m_source(source)
     , m_run(run)
+    , m_packetBase(source.stream->time_base)
+    , m_usualRate(source.stream->avg_frame_rate)
+    , m_pixel(source.stream->sample_aspect_ratio)
     , m_codec(openDecoder(source, run))
     , m_frame(av_frame_alloc())
     , m_packet(av_packet_alloc())
@@ -62,11 +65,12 @@ AVRational Decoder::timeBase() const
     if (m_source.type() == AVMEDIA_TYPE_AUDIO) {
         return {1, std::max(1, m_codec->sample_rate)};
     }
-    return m_source.frameRate.num ? av_inv_q(m_source.frameRate) : m_source.stream->time_base;
+    return m_source.frameRate.num ? av_inv_q(m_source.frameRate) : m_packetBase;
 }
 
-void Decoder::decode(const AVPacket &packet, const FrameSink &sink)
+void Decoder::decode(const AVPacket &packet, std::int64_t position, const FrameSink &sink)
 {
+    m_position = position;
     if (packet.size == 0) {
         return; // would be taken for the end
     }
@@ -74,8 +78,7 @@ void Decoder::decode(const AVPacket &packet, const FrameSink &sink)
         throw CommandFailed("Cannot allocate memory");
     }
     if (m_packet->dts == noTimestamp && m_source.type() == AVMEDIA_TYPE_VIDEO) {
-        m_packet->dts =
-            av_rescale_q(m_source.clock.position(), microseconds, m_source.stream->time_base);
+        m_packet->dts = av_rescale_q(m_position, microseconds, m_packetBase);
     }
     const int error = avcodec_send_packet(m_codec.get(), m_packet.get());
     if (error < 0 && error != AVERROR_EOF) {
@@ -86,8 +89,9 @@ void Decoder::decode(const AVPacket &packet, const FrameSink &sink)
     av_packet_unref(m_packet.get());
 }
 
-void Decoder::drain(const FrameSink &sink)
+void Decoder::drain(std::int64_t position, const FrameSink &sink)
 {
+    m_position = position;
     if (avcodec_send_packet(m_codec.get(), nullptr) >= 0) {
         receive(nullptr, sink);
     }
@@ -135,7 +139,6 @@ void Decoder::fail(int error)
 
 void Decoder::timePicture(AVFrame &frame)
 {
-    const AVStream &stream = *m_source.stream;
     if (m_source.frameRate.num) { // the user's rate counts, not the file's timestamps
         frame.pts = m_next == noTimestamp ? 0 : m_next;
         m_next = frame.pts + 1;
@@ -146,24 +149,23 @@ void Decoder::timePicture(AVFrame &frame)
         frame.pts = m_next == noTimestamp ? 0 : m_next;
     }
     std::int64_t length = durationOf(frame);
-    const AVRational rate = stream.avg_frame_rate;
-    if (length <= 0 && rate.num > 0) {
-        length = av_rescale_q(1, av_inv_q(rate), stream.time_base);
+    if (length <= 0 && m_usualRate.num > 0) {
+        length = av_rescale_q(1, av_inv_q(m_usualRate), m_packetBase);
     }
     m_next = addTime(frame.pts, std::max(std::int64_t{1}, length));
-    if (stream.sample_aspect_ratio.num) {
-        frame.sample_aspect_ratio = stream.sample_aspect_ratio;
+    if (m_pixel.num) {
+        frame.sample_aspect_ratio = m_pixel;
     }
 }
 
 void Decoder::timeSound(AVFrame &frame, const AVPacket *packet)
 {
-    AVRational base = m_source.stream->time_base;
+    AVRational base = m_packetBase;
     if (frame.pts == noTimestamp && packet) {
         frame.pts = packet->pts;
     }
     if (frame.pts == noTimestamp) {
-        frame.pts = m_source.clock.position();
+        frame.pts = m_position;
         base = microseconds;
     }
     // After a gap the samples are not counted on from what was before it.

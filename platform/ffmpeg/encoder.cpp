@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 namespace veltro::ffmpeg {
 namespace {
@@ -29,14 +30,13 @@ bool asksFor(void *object, const AVDictionary *options, const char *name, int fl
 
 }
 
-Encoder::Encoder(OutputFile &output, OutputStream &stream, const RunContext &run)
+Encoder::Encoder(const OutputFile &output, OutputStream &stream, const RunContext &run)
     : m_output(output)
     , m_stream(stream)
     , m_run(run)
     , m_codec(avcodec_alloc_context3(stream.encode.encoder))
-    , m_packet(av_packet_alloc())
 {
-    if (!m_codec || !m_packet) {
+    if (!m_codec) {
         throw CommandFailed("Error allocating the encoding context.");
     }
     m_codec->opaque = &run.log;
@@ -60,7 +60,6 @@ void Encoder::openFor(AVFilterContext *sink, const AVFrame *first)
     openCodec();
     describeStream();
     m_isOpen = true;
-    m_output.streamReady(m_stream);
 }
 
 // Files say which encoder made a stream.
@@ -224,21 +223,20 @@ void Encoder::describeStream()
     if (stream.duration <= 0 && source.duration > 0) { // a hint for the muxer
         stream.duration = av_rescale_q(source.duration, source.time_base, stream.time_base);
     }
-    m_stream.packetBase = m_codec->time_base;
 }
 
-void Encoder::encode(AVFrame &frame)
+void Encoder::encode(AVFrame &frame, std::vector<PacketPtr> &packets)
 {
     frame.quality = m_codec->global_quality;
-    send(&frame);
+    send(&frame, packets);
 }
 
-void Encoder::flush()
+void Encoder::flush(std::vector<PacketPtr> &packets)
 {
-    send(nullptr);
+    send(nullptr, packets);
 }
 
-void Encoder::send(const AVFrame *frame)
+void Encoder::send(const AVFrame *frame, std::vector<PacketPtr> &packets)
 {
     const char *kind = av_get_media_type_string(m_stream.type());
     int error = avcodec_send_frame(m_codec.get(), frame);
@@ -248,15 +246,15 @@ void Encoder::send(const AVFrame *frame)
     }
     for (;;) {
         m_run.control.check();
-        error = avcodec_receive_packet(m_codec.get(), m_packet.get());
+        PacketPtr packet(av_packet_alloc());
+        error = packet ? avcodec_receive_packet(m_codec.get(), packet.get()) : AVERROR(ENOMEM);
         if (error == AVERROR(EAGAIN) || error == AVERROR_EOF) {
             return;
         }
         if (error < 0) {
             throw CommandFailed(std::string(kind) + " encoding failed: " + errorText(error));
         }
-        av_packet_rescale_ts(m_packet.get(), m_codec->time_base, m_stream.packetBase);
-        m_output.write(m_stream, *m_packet);
+        packets.push_back(std::move(packet));
     }
 }
 

@@ -3,16 +3,19 @@
 #pragma once
 #include "platform/ffmpeg/output_file.h"
 
+#include <vector>
+
 namespace veltro::ffmpeg {
 
-/// Turns the frames of one output stream into packets and passes them to its file. It is opened
-/// when the first frame shows what it will get. The run's thread.
+/// Turns the frames of one output stream into packets. It is opened when the first frame shows what
+/// it will get. One thread at a time.
 class Encoder {
 public:
-    Encoder(OutputFile &output, OutputStream &stream, const RunContext &run);
+    Encoder(const OutputFile &output, OutputStream &stream, const RunContext &run);
 
     [[nodiscard]] bool isOpen() const { return m_isOpen; }
-    /// Opens the encoder for what comes out of a filter graph, and makes the stream ready.
+    /// Opens the encoder for what comes out of a filter graph, and describes the muxer's stream:
+    /// nobody else may look at that meanwhile.
     /// @param first the frame that comes first, for what graphs do not know; may be null.
     /// @throws CommandFailed
     void openFor(AVFilterContext *sink, const AVFrame *first);
@@ -21,11 +24,11 @@ public:
     /// How many samples a frame must have; 0 for any number.
     [[nodiscard]] int frameSize() const;
 
-    /// Encodes a frame, whose timestamp is in timeBase().
+    /// Encodes a frame and adds the packets that come out; timestamps are in timeBase().
     /// @throws CommandFailed
-    void encode(AVFrame &frame);
-    /// Writes what the encoder still holds.
-    void flush();
+    void encode(AVFrame &frame, std::vector<PacketPtr> &packets);
+    /// Adds what the encoder still holds.
+    void flush(std::vector<PacketPtr> &packets);
 
 private:
     void configureVideo(AVFilterContext *sink, const AVFrame *first);
@@ -36,13 +39,12 @@ private:
     void nameEncoder();
     void openCodec();
     void describeStream();
-    void send(const AVFrame *frame);
+    void send(const AVFrame *frame, std::vector<PacketPtr> &packets);
 
-    OutputFile &m_output;
+    const OutputFile &m_output;
     OutputStream &m_stream;
     const RunContext &m_run;
     const CodecContextPtr m_codec;
-    const PacketPtr m_packet;
     bool m_isOpen = false;
 };
 

@@ -34,6 +34,17 @@ std::string layoutText(const AVChannelLayout &layout)
     return error < 0 ? std::string() : std::string(text.data());
 }
 
+std::optional<std::array<std::int32_t, 9>> rotationOf(const AVStream &stream)
+{
+    const std::int32_t *matrix = displayMatrixOf(stream);
+    if (!matrix) {
+        return std::nullopt;
+    }
+    std::array<std::int32_t, 9> copy{};
+    std::copy_n(matrix, copy.size(), copy.begin());
+    return copy;
+}
+
 std::string joined(const AVDictionary *options)
 {
     std::string text;
@@ -90,7 +101,13 @@ FrameShape FrameShape::of(const AVCodecParameters &codec)
 
 FilterStage::FilterStage(const InputFile &input, const OutputFile &output,
                          const OutputStream &stream, const RunContext &run)
-    : m_input(input), m_source(*stream.source), m_output(output), m_stream(stream), m_run(run)
+    : m_input(input)
+    , m_source(*stream.source)
+    , m_output(output)
+    , m_stream(stream)
+    , m_run(run)
+    , m_usualRate(av_guess_frame_rate(m_source.file, m_source.stream, nullptr))
+    , m_rotation(rotationOf(*m_source.stream))
 {}
 
 void FilterStage::build(const FrameShape &shape, AVRational base)
@@ -127,9 +144,7 @@ void FilterStage::makeSource(const FrameShape &shape, AVRational base)
         parameters->width = shape.width;
         parameters->height = shape.height;
         parameters->sample_aspect_ratio = shape.pixel.den ? shape.pixel : AVRational{0, 1};
-        parameters->frame_rate = m_source.frameRate.num
-                                     ? m_source.frameRate
-                                     : av_guess_frame_rate(m_source.file, m_source.stream, nullptr);
+        parameters->frame_rate = m_source.frameRate.num ? m_source.frameRate : m_usualRate;
 #if LIBAVFILTER_VERSION_INT >= AV_VERSION_INT(9, 16, 100)
         parameters->color_space = shape.colorSpace;
         parameters->color_range = shape.colorRange;
@@ -223,8 +238,8 @@ std::string FilterStage::chain(const FrameShape &shape) const
 {
     FilterChain chain;
     if (isVideo() && m_source.rotates) {
-        chain.add(rotationFilter(shape.rotation ? shape.rotation->data()
-                                                : displayMatrixOf(*m_source.stream)));
+        const auto &matrix = shape.rotation ? shape.rotation : m_rotation;
+        chain.add(rotationFilter(matrix ? matrix->data() : nullptr));
     }
     chain.add(inputTrim());
     chain.add(m_stream.encode.filters);

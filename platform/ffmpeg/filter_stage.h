@@ -33,8 +33,8 @@ struct FrameShape {
 };
 
 /// The filters between one decoder and one encoder: those that the command line asks for, and
-/// those that turn, cut, crop, scale and convert what comes into what the encoder takes. The
-/// run's thread.
+/// those that turn, cut, crop, scale and convert what comes into what the encoder takes. Made by
+/// the run's thread, used by one thread at a time.
 class FilterStage {
 public:
     FilterStage(const InputFile &input, const OutputFile &output, const OutputStream &stream,
@@ -76,6 +76,8 @@ private:
     const OutputFile &m_output;
     const OutputStream &m_stream;
     const RunContext &m_run;
+    const AVRational m_usualRate; // the best guess at the pictures' rate
+    const std::optional<std::array<std::int32_t, 9>> m_rotation; // of the whole stream
     FrameShape m_shape;
     std::optional<FrameShape> m_result; // of the first graph; later ones must give the same
     FilterGraphPtr m_graph;

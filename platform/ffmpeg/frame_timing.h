@@ -10,8 +10,7 @@
 namespace veltro::ffmpeg {
 
 /// Brings the timestamps of pictures onto an encoder's time base. The rate stays variable: no
-/// picture is made up for a gap, and one goes only when two would fall on the same place. The
-/// run's thread.
+/// picture is made up for a gap, and one goes only when two would fall on the same place.
 class PictureTiming {
 public:
     /// @param encoder the encoder's time base.

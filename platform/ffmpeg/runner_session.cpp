@@ -10,6 +10,7 @@
 #include "platform/ffmpeg/locale_scope.h"
 #include "platform/ffmpeg/run_control.h"
 #include "platform/ffmpeg/session_log.h"
+#include "platform/ffmpeg/worker_thread.h"
 
 #include <algorithm>
 #include <exception>
@@ -48,6 +49,7 @@ private:
     // The border of the worker thread: nothing is thrown past it.
     int runHere(std::span<const std::string> arguments) noexcept
     {
+        nameThread("ffmpeg-run");
         const LocaleScope locale;
         const SessionLog::Scope log(m_log);
         try {

@@ -2,10 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ffmpeg/scheduler.h"
 
-#include "platform/ffmpeg/copy_path.h"
-#include "platform/ffmpeg/subtitle_path.h"
-#include "platform/ffmpeg/transcode_path.h"
-
 #include <algorithm>
 #include <limits>
 
@@ -46,13 +42,7 @@ void Scheduler::addRoute(OutputFile &output, OutputStream &stream)
     }
     Route route{&output, &stream, nullptr, nullptr, false};
     route.input = m_inputs[static_cast<std::size_t>(stream.source->fileIndex)].get();
-    if (stream.isCopied) {
-        route.path = std::make_unique<CopyPath>(*route.input, output, stream, m_run);
-    } else if (stream.type() == AVMEDIA_TYPE_SUBTITLE) {
-        route.path = std::make_unique<SubtitlePath>(output, stream, m_run);
-    } else {
-        route.path = std::make_unique<TranscodePath>(*route.input, output, stream, m_run);
-    }
+    route.path = makeStreamPath(*route.input, output, stream, m_run);
     m_routes.push_back(std::move(route));
 }
 

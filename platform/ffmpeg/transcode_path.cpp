@@ -2,168 +2,188 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ffmpeg/transcode_path.h"
 
-#include "platform/ffmpeg/libav_versions.h"
-
+#include <algorithm>
 #include <string>
+#include <utility>
 
 namespace veltro::ffmpeg {
+namespace {
+
+// How many packets may be under way: enough to keep both threads busy over a stretch of pictures
+// that are harder than others, in pictures whose memory together stays bounded.
+std::size_t packetsUnderWay(const OutputFile &output, const InputStream &source)
+{
+    const FileArguments &arguments = output.arguments();
+    if (arguments.isOn("shortest") || arguments.value("fs")) {
+        return 0; // where the output ends depends on what has been written
+    }
+    if (source.type() != AVMEDIA_TYPE_VIDEO) {
+        return 32;
+    }
+    constexpr std::int64_t budget = std::int64_t{64} << 20;
+    const AVCodecParameters &codec = *source.stream->codecpar;
+    const std::int64_t pixels = std::max(std::int64_t{1}, std::int64_t{codec.width} * codec.height);
+    return static_cast<std::size_t>(std::clamp<std::int64_t>(budget * 2 / (3 * pixels), 4, 24));
+}
+
+PacketPtr referenceTo(const AVPacket &packet)
+{
+    PacketPtr copy(av_packet_alloc());
+    if (!copy || av_packet_ref(copy.get(), &packet) < 0) {
+        throw CommandFailed("Cannot allocate memory");
+    }
+    return copy;
+}
+
+}
 
 TranscodePath::TranscodePath(InputFile &input, OutputFile &output, OutputStream &stream,
                              const RunContext &run)
     : m_output(output)
     , m_stream(stream)
+    , m_source(*stream.source)
     , m_run(run)
+    , m_fullDepth(packetsUnderWay(output, *stream.source))
     , m_decoder(*stream.source, run)
-    , m_filter(input, output, stream, run)
-    , m_encoder(output, stream, run)
-    , m_filtered(av_frame_alloc())
+    , m_encode(input, output, stream, run)
+    , m_decodeThread(
+          "ffmpeg-decode", run.log, [this] { decodeJobs(); }, [this] { m_toDecode.close(); })
+    , m_encodeThread(
+          "ffmpeg-encode", run.log, [this] { encodeJobs(); },
+          [this] {
+              m_isAbandoned = true;
+              m_toEncode.close();
+          })
+{}
+
+// Before the encoder is open each packet is waited for: the header then stands where it would
+// without threads, and the muxer's stream is described while nobody else looks at it.
+std::size_t TranscodePath::depth() const
 {
-    if (!m_filtered) {
-        throw CommandFailed("Cannot allocate memory");
-    }
+    return m_stream.isReady ? m_fullDepth : 0;
 }
 
 void TranscodePath::accept(const AVPacket &packet)
 {
-    m_decoder.decode(packet, [this](AVFrame &frame) { filter(frame); });
-}
-
-void TranscodePath::filter(AVFrame &frame)
-{
     if (m_stream.hasEnough) {
         return;
     }
-    const FrameShape shape = FrameShape::of(frame, m_stream.type());
-    if (!m_filter.isBuilt() || !m_filter.fits(shape)) {
-        rebuild(shape);
-    }
-    if (!m_filter.push(frame)) {
-        m_stream.hasEnough = true;
-    }
-    drainFilter();
+    auto job = std::make_unique<Job>();
+    job->packet = referenceTo(packet);
+    begin(std::move(job));
+    completeUntil(depth());
 }
 
-void TranscodePath::rebuild(const FrameShape &shape)
+void TranscodePath::begin(JobPtr job)
 {
-    if (m_filter.isBuilt() && isVideo()) { // no picture is lost with the graph that held it
-        m_filter.end();
-        drainFilter();
-    }
-    m_filter.build(shape, m_decoder.timeBase());
-    if (isVideo()) {
-        return;
-    }
-    // Frames of sound are cut to size on their way out, so the encoder is asked before the first.
-    if (!m_encoder.isOpen()) {
-        m_encoder.openFor(m_filter.sink(), nullptr);
-    }
-    if (const int size = m_encoder.frameSize()) {
-        av_buffersink_set_frame_size(m_filter.sink(), static_cast<unsigned>(size));
+    job->position = m_source.clock.position();
+    ++m_underWay;
+    m_toDecode.put(std::move(job));
+}
+
+void TranscodePath::completeUntil(std::size_t left)
+{
+    while (m_underWay > left) {
+        const auto job = m_done.take();
+        --m_underWay;
+        complete(**job);
     }
 }
 
-void TranscodePath::drainFilter()
+void TranscodePath::complete(Job &job)
 {
-    while (m_filter.pull(*m_filtered)) {
-        if (!m_stream.hasEnough) {
-            encode(*m_filtered);
-        }
-        av_frame_unref(m_filtered.get());
+    if (job.failure) {
+        std::rethrow_exception(job.failure);
     }
-}
-
-void TranscodePath::encode(AVFrame &frame)
-{
-    if (m_frames >= m_stream.packetLimit) {
-        m_stream.hasEnough = true;
-    } else if (isVideo()) {
-        encodePicture(frame);
-    } else {
-        encodeSound(frame);
+    Encoded &result = job.result;
+    if (result.base.num && !m_stream.isReady) {
+        m_stream.packetBase = result.base;
+        m_output.streamReady(m_stream);
     }
-}
-
-bool TranscodePath::isPastEnd(std::int64_t timestamp) const
-{
-    const auto &limit = m_output.range().duration;
-    return limit && av_compare_ts(timestamp, m_encoder.timeBase(), *limit, microseconds) >= 0;
-}
-
-void TranscodePath::encodePicture(AVFrame &frame)
-{
-    if (!m_encoder.isOpen()) {
-        m_encoder.openFor(m_filter.sink(), &frame);
-        m_pictureTiming.emplace(m_stream.encode, m_encoder.timeBase(), m_output.start());
+    m_stream.hasEnough = m_stream.hasEnough || result.hasEnough;
+    for (const PacketPtr &packet : result.packets) {
+        av_packet_rescale_ts(packet.get(), result.base, m_stream.packetBase);
+        m_output.write(m_stream, *packet);
     }
-    if (!m_pictureTiming->place(frame, av_buffersink_get_time_base(m_filter.sink()))) {
-        return;
+    if (result.base.num) {
+        m_stream.duration = av_rescale_q(result.end, result.base, m_stream.packetBase);
     }
-    if (isPastEnd(frame.pts)) {
-        m_stream.hasEnough = true;
-        return;
-    }
-    ++m_frames;
-    m_stream.duration = av_rescale_q(frame.pts + 1, m_encoder.timeBase(), m_stream.packetBase);
-    m_encoder.encode(frame);
-}
-
-void TranscodePath::encodeSound(AVFrame &frame)
-{
-    const AVRational base = m_encoder.timeBase();
-    if (frame.pts == noTimestamp) {
-        frame.pts = m_nextSample;
-    } else {
-        const std::int64_t start = av_rescale_q(m_output.start(), microseconds, base);
-        const AVRational from = av_buffersink_get_time_base(m_filter.sink());
-        frame.pts = subtractTime(av_rescale_q(frame.pts, from, base), start);
-    }
-    if (isPastEnd(frame.pts)) {
-        m_stream.hasEnough = true;
-        return;
-    }
-    m_nextSample = addTime(frame.pts, frame.nb_samples);
-    m_stream.duration = av_rescale_q(m_nextSample, base, m_stream.packetBase);
-    ++m_frames;
-    m_encoder.encode(frame);
 }
 
 void TranscodePath::finish()
 {
-    if (!m_stream.hasEnough) {
-        m_decoder.drain([this](AVFrame &frame) { filter(frame); });
-    }
-    if (m_filter.isBuilt()) {
-        m_filter.end();
-        drainFilter();
-    }
+    completeUntil(0);
+    auto job = std::make_unique<Job>();
+    job->isLast = true;
+    job->isWanted = !m_stream.hasEnough;
+    begin(std::move(job));
+    completeUntil(0);
+    // Both threads wait for more now, so their counts can be read.
     m_run.control.countDecoded(m_decoder.frames(), m_decoder.errors());
-    if (!m_encoder.isOpen()) {
-        openWithoutFrames();
-    }
-    m_encoder.flush();
     m_output.finish(m_stream);
 }
 
-// A range that holds no frame still gives a file that says what would have been in it.
-void TranscodePath::openWithoutFrames()
+void TranscodePath::decodeJobs() noexcept
 {
-    const InputStream &source = *m_stream.source;
-    if (m_decoder.frames() == 0 && m_decoder.errors() > 0) {
-        throw CommandFailed("Nothing of stream #" + std::to_string(source.fileIndex) + ":" +
-                            std::to_string(source.stream->index) + " could be decoded");
-    }
-    m_run.warn("Finishing stream " + std::to_string(m_output.index()) + ":" +
-               std::to_string(m_stream.stream->index) + " without any data written to it.");
-    if (!m_filter.isBuilt()) {
-        const FrameShape announced = FrameShape::of(*source.stream->codecpar);
-        if (announced.format < 0) {
-            throw CommandFailed("Cannot determine format of input stream " +
-                                std::to_string(source.fileIndex) + ":" +
-                                std::to_string(source.stream->index) + " after EOF");
+    while (auto job = m_toDecode.take()) {
+        try {
+            if (!m_isAbandoned) {
+                decode(**job);
+            }
+        } catch (...) { // thrown again by the run's thread
+            (*job)->failure = std::current_exception();
         }
-        m_filter.build(announced, m_decoder.timeBase());
+        m_toEncode.put(std::move(*job));
     }
-    m_encoder.openFor(m_filter.sink(), nullptr);
+}
+
+void TranscodePath::decode(Job &job)
+{
+    m_run.control.check();
+    const auto keep = [&job](AVFrame &frame) {
+        FramePtr &kept = job.frames.emplace_back(av_frame_alloc());
+        if (!kept) {
+            throw CommandFailed("Cannot allocate memory");
+        }
+        av_frame_move_ref(kept.get(), &frame);
+    };
+    if (job.packet) {
+        m_decoder.decode(*job.packet, job.position, keep);
+        job.packet.reset();
+    } else if (job.isWanted) {
+        m_decoder.drain(job.position, keep);
+    }
+    job.base = m_decoder.timeBase();
+    if (job.isLast && m_decoder.frames() == 0 && m_decoder.errors() > 0) {
+        throw CommandFailed("Nothing of stream #" + std::to_string(m_source.fileIndex) + ":" +
+                            std::to_string(m_source.stream->index) + " could be decoded");
+    }
+}
+
+void TranscodePath::encodeJobs() noexcept
+{
+    while (auto job = m_toEncode.take()) {
+        try {
+            if (!m_isAbandoned && !(*job)->failure) {
+                encode(**job);
+            }
+        } catch (...) { // thrown again by the run's thread
+            (*job)->failure = std::current_exception();
+        }
+        m_done.put(std::move(*job));
+    }
+}
+
+void TranscodePath::encode(Job &job)
+{
+    for (FramePtr &frame : job.frames) {
+        m_run.control.check();
+        m_encode.accept(*frame, job.base, job.result);
+        frame.reset();
+    }
+    if (job.isLast) {
+        m_encode.finish(job.base, job.result);
+    }
 }
 
 }
