@@ -19,6 +19,8 @@ namespace {
 
 // Pictures from one key frame to the wanted one, at most: ten seconds at 120 a second.
 constexpr int mostPictures = 1200;
+// Seconds from the beginning; more is the end of any file.
+constexpr double longestWay = 1e9;
 // Below this many pixels, starting threads takes longer than they save.
 constexpr std::int64_t fewPixels = std::int64_t{640} * 480;
 
@@ -78,47 +80,40 @@ public:
         , m_best(av_frame_alloc())
     {}
 
-    // Begins at the key frame before the wanted time; where that gives nothing, as in a file whose
-    // index lies, at the first packet.
+    // Begins at the key frame before the wanted time. Where that lands behind it, as in containers
+    // that know no key frames or whose index lies, the search begins at the first packet.
     FramePtr find(double seconds)
     {
-        if (!m_packet || !m_decoded || !m_best) {
+        if (!m_packet || !m_decoded || !m_best || !readPacket()) {
             return nullptr;
         }
-        m_seconds = seconds;
-        if (!readPacket()) {
-            return nullptr;
-        }
-        m_target = targetTime();
-        if (seekBefore(m_target)) {
+        m_target = targetTime(seconds);
+        if (seconds > 0) {
             av_packet_unref(m_packet.get());
-            if (search()) {
+            if (seekBefore(m_target) && search() && m_bestTime <= m_target) {
                 return std::move(m_best);
             }
             avcodec_flush_buffers(m_codec.get());
-            static_cast<void>(avformat_seek_file(&m_input, m_film.index, noTimestamp, 0,
-                                                 std::numeric_limits<std::int64_t>::max(), 0));
+            seekToFirst(); // also after a seek that failed, which may have read to the end
         }
         return search() ? std::move(m_best) : nullptr;
     }
 
 private:
-    std::int64_t targetTime() const
+    std::int64_t targetTime(double seconds) const
     {
         std::int64_t start = m_film.start_time;
         if (start == noTimestamp) {
             start = m_packet->pts != noTimestamp ? m_packet->pts : m_packet->dts;
         }
-        const auto distance = static_cast<std::int64_t>(m_seconds * AV_TIME_BASE);
+        const auto distance =
+            static_cast<std::int64_t>(std::min(seconds, longestWay) * AV_TIME_BASE);
         return addTime(start == noTimestamp ? 0 : start,
                        av_rescale_q(distance, microseconds, m_film.time_base));
     }
 
     bool seekBefore(std::int64_t target)
     {
-        if (m_seconds <= 0) {
-            return false;
-        }
         // Where seeking goes by decoding time, a picture that is shown at the time is decoded some
         // pictures before it.
         if (!(m_input.iformat->flags & AVFMT_SEEK_TO_PTS)) {
@@ -126,6 +121,16 @@ private:
                 target, av_rescale_q(3 * AV_TIME_BASE / 23, microseconds, m_film.time_base));
         }
         return avformat_seek_file(&m_input, m_film.index, noTimestamp, target, target, 0) >= 0;
+    }
+
+    void seekToFirst()
+    {
+        constexpr std::int64_t last = std::numeric_limits<std::int64_t>::max();
+        const bool knowsBytes = !(m_input.iformat->flags & AVFMT_NO_BYTE_SEEK);
+        if (!knowsBytes || av_seek_frame(&m_input, m_film.index, 0, AVSEEK_FLAG_BYTE) < 0) {
+            static_cast<void>(
+                avformat_seek_file(&m_input, m_film.index, noTimestamp, noTimestamp + 1, last, 0));
+        }
     }
 
     bool readPacket()
@@ -185,6 +190,7 @@ private:
         if (begin <= m_target || !m_hasBest) {
             av_frame_unref(m_best.get());
             av_frame_move_ref(m_best.get(), m_decoded.get());
+            m_bestTime = begin;
             m_hasBest = true;
         }
     }
@@ -217,9 +223,9 @@ private:
     const PacketPtr m_packet;
     const FramePtr m_decoded;
     FramePtr m_best;
-    double m_seconds = 0;
     std::int64_t m_target = 0;             // in the stream's time base
     std::int64_t m_position = noTimestamp; // where the next picture is expected
+    std::int64_t m_bestTime = noTimestamp;
     int m_pictures = 0;
     bool m_hasBest = false;
     bool m_isFound = false;
