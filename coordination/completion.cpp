@@ -16,6 +16,13 @@ void resumeLater(std::coroutine_handle<> waiting)
 
 }
 
+std::shared_ptr<Completion> Completion::finished()
+{
+    auto completion = std::make_shared<Completion>();
+    completion->finish();
+    return completion;
+}
+
 void Completion::finish()
 {
     m_isFinished = true;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 #include <coroutine>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -26,6 +27,9 @@ public:
         Completion *m_completion; // kept alive by whoever waits
     };
 
+    /// One that has come already.
+    [[nodiscard]] static std::shared_ptr<Completion> finished();
+
     [[nodiscard]] bool isFinished() const { return m_isFinished; }
     void finish();
     [[nodiscard]] Awaiter wait() { return Awaiter(*this); }
@@ -35,6 +39,20 @@ private:
 
     bool m_isFinished = false;
     std::vector<std::coroutine_handle<>> m_waiting;
+};
+
+/// Finishes a completion when the scope ends, on every path.
+class FinishAtEnd {
+public:
+    explicit FinishAtEnd(std::shared_ptr<Completion> completion)
+        : m_completion(std::move(completion))
+    {}
+    ~FinishAtEnd() { m_completion->finish(); }
+    FinishAtEnd(const FinishAtEnd &) = delete;
+    FinishAtEnd &operator=(const FinishAtEnd &) = delete;
+
+private:
+    const std::shared_ptr<Completion> m_completion;
 };
 
 }

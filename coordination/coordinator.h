@@ -10,8 +10,6 @@
 #include <QCoro/QCoroTask>
 #include <QPointer>
 
-#include <exception>
-
 namespace veltro {
 
 class CompletionNotifier;
@@ -123,7 +121,7 @@ public:
     void setCompletedToast(const std::optional<CompletedToast> &toast);
     Q_INVOKABLE void clearCompletedToast() { setCompletedToast(std::nullopt); }
 
-    /// The run queued last, under way or over; null before the first.
+    /// The end of the run that was queued last; come already while none ever was.
     [[nodiscard]] const std::shared_ptr<Completion> &inFlightTask() const { return m_inFlightTask; }
     [[nodiscard]] int activeCount() const { return m_activeDownloads.activeCount(); }
     [[nodiscard]] int finishedCount() const { return m_activeDownloads.finishedCount(); }
@@ -186,18 +184,18 @@ private:
     // Links.
     [[nodiscard]] std::optional<QUrl> cookieFile(const QUrl &page);
     [[nodiscard]] std::optional<QUrl> cookieFileIfReadable(const QUrl &page);
-    [[nodiscard]] QCoro::Task<std::optional<MediaInfo>> probeOrAlert(QUrl url);
+    [[nodiscard]] QCoro::Task<MediaInfo> probeWithCookies(QUrl url);
+    static QCoro::Task<std::optional<MediaInfo>> orAlert(Self self, QCoro::Task<MediaInfo> probe);
     static QCoro::Task<void> queueBatch(Self self, QList<QUrl> links, Format format);
 
     // Runs.
     static QCoro::Task<void> runInTurn(Self self, std::shared_ptr<Completion> previous,
                                        std::shared_ptr<Completion> own, Record record);
     static QCoro::Task<void> run(Self self, Record record);
-    static QCoro::Task<std::exception_ptr> follow(Self self, Record record);
+    static QCoro::Task<ItemState> follow(Self self, Record record);
     [[nodiscard]] DownloadRequest requestFor(const DownloadProgressState &record);
     void takeEvent(const DownloadEvent &event);
-    void announceFinished(const QUrl &file);
-    void endUnfinished(DownloadProgressState &record, const std::exception_ptr &failure);
+    void announceFinished(const DownloadProgressState &record, const QUrl &file);
 
     const Services m_services;
     MacTab m_selectedTab = MacTab::home;
@@ -211,7 +209,7 @@ private:
     bool m_showBatchPaste = false;
     std::optional<QString> m_startedToast;
     std::optional<CompletedToast> m_completedToast;
-    std::shared_ptr<Completion> m_inFlightTask;
+    std::shared_ptr<Completion> m_inFlightTask = Completion::finished();
     std::optional<RunInProgress> m_run;
 };
 

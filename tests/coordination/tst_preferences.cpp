@@ -1,0 +1,193 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "coordination/preferences.h"
+#include "platform/user_folders.h"
+#include "tests/coordination/private_home.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+using namespace veltro;
+
+namespace {
+
+const QString key = QStringLiteral("Preferences");
+
+QJsonObject storedObject()
+{
+    return {{QStringLiteral("defaultFormatID"), QStringLiteral("bestaudio")},
+            {QStringLiteral("outputTemplate"), QStringLiteral("%(id)s.%(ext)s")},
+            {QStringLiteral("wifiOnly"), false},
+            {QStringLiteral("writeSubtitles"), false},
+            {QStringLiteral("preferredSubtitleLanguages"), QJsonArray{QStringLiteral("de")}},
+            {QStringLiteral("extractAudioByDefault"), true},
+            {QStringLiteral("audioFormat"), QStringLiteral("mp3")}};
+}
+
+QByteArray json(const QJsonObject &object)
+{
+    return QJsonDocument(object).toJson();
+}
+
+}
+
+class TestPreferences : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void aNewUserHasTheDefaults();
+    void everyFieldComesBack();
+    void aDocumentOfAnotherShapeIsLeftAloneAndGivesTheDefaults_data();
+    void aDocumentOfAnotherShapeIsLeftAloneAndGivesTheDefaults();
+    void unknownKeysAreNoReasonToForgetTheRest();
+    void theStoredDocumentHasExactlyTheSevenKeys();
+    void aWriteKeepsTheOtherKeysAndLeavesNoOtherFile();
+    void aFileThatCannotBeReplacedStaysAsItIs();
+    void aFileThatIsNoneOfOursGivesTheDefaults();
+    void downloadsGoBelowTheDesktopsDocuments();
+
+private:
+    std::unique_ptr<PrivateHome> m_home;
+};
+
+void TestPreferences::init()
+{
+    m_home = std::make_unique<PrivateHome>();
+}
+
+void TestPreferences::aNewUserHasTheDefaults()
+{
+    const Preferences preferences = Preferences::load();
+    QCOMPARE(preferences.defaultFormatID, QStringLiteral("best"));
+    QCOMPARE(preferences.outputTemplate, QStringLiteral("%(title)s [%(id)s].%(ext)s"));
+    QCOMPARE(preferences.preferredSubtitleLanguages, QStringList{QStringLiteral("en")});
+    QCOMPARE(preferences.audioFormat, QStringLiteral("m4a"));
+    QVERIFY(preferences.wifiOnly);
+    QVERIFY(preferences.writeSubtitles);
+    QVERIFY(!preferences.extractAudioByDefault);
+}
+
+void TestPreferences::everyFieldComesBack()
+{
+    Preferences preferences;
+    preferences.defaultFormatID = QStringLiteral("bestvideo[height<=720]+bestaudio, \"x\"; \\n");
+    preferences.outputTemplate = QStringLiteral("%(title)s – ж 👩‍👧.%(ext)s\n");
+    preferences.wifiOnly = false;
+    preferences.writeSubtitles = false;
+    preferences.preferredSubtitleLanguages = {};
+    preferences.extractAudioByDefault = true;
+    preferences.audioFormat = QString();
+    preferences.save();
+    QCOMPARE(Preferences::load(), preferences);
+
+    preferences.preferredSubtitleLanguages = {QStringLiteral("pt-BR"), QString()};
+    preferences.save();
+    QCOMPARE(Preferences::load(), preferences);
+}
+
+void TestPreferences::aDocumentOfAnotherShapeIsLeftAloneAndGivesTheDefaults_data()
+{
+    QTest::addColumn<QByteArray>("stored");
+    for (const QString &name : storedObject().keys()) {
+        QJsonObject without = storedObject();
+        without.remove(name);
+        QTest::addRow("without %s", qPrintable(name)) << json(without);
+        QJsonObject mistyped = storedObject();
+        mistyped.insert(name, 1);
+        QTest::addRow("a number for %s", qPrintable(name)) << json(mistyped);
+        QJsonObject empty = storedObject();
+        empty.insert(name, QJsonValue::Null);
+        QTest::addRow("null for %s", qPrintable(name)) << json(empty);
+    }
+    QJsonObject mixed = storedObject();
+    mixed.insert(QStringLiteral("preferredSubtitleLanguages"), QJsonArray{QStringLiteral("de"), 1});
+    QTest::newRow("a list of other things") << json(mixed);
+    QTest::newRow("a list") << QByteArray("[1, 2]");
+    QTest::newRow("no JSON") << QByteArray("{\"defaultFormatID\": \"best\"");
+    QTest::newRow("nothing") << QByteArray("");
+    QTest::newRow("bytes") << QByteArray("\x00\xff\xfe{}", 5);
+}
+
+void TestPreferences::aDocumentOfAnotherShapeIsLeftAloneAndGivesTheDefaults()
+{
+    QFETCH(QByteArray, stored);
+    const DefaultsStore store;
+    QVERIFY(store.setData(key, stored));
+    QCOMPARE(Preferences::load(), Preferences());
+    QCOMPARE(store.data(key).value_or("none"), stored);
+}
+
+void TestPreferences::unknownKeysAreNoReasonToForgetTheRest()
+{
+    QJsonObject stored = storedObject();
+    stored.insert(QStringLiteral("fromALaterVersion"), QJsonArray{1, 2});
+    QVERIFY(DefaultsStore().setData(key, json(stored)));
+    const Preferences preferences = Preferences::load();
+    QCOMPARE(preferences.defaultFormatID, QStringLiteral("bestaudio"));
+    QCOMPARE(preferences.audioFormat, QStringLiteral("mp3"));
+    QVERIFY(preferences.extractAudioByDefault);
+}
+
+void TestPreferences::theStoredDocumentHasExactlyTheSevenKeys()
+{
+    Preferences().save();
+    const QByteArray stored = DefaultsStore().data(key).value_or(QByteArray());
+    QCOMPARE(QJsonDocument::fromJson(stored).object().keys(), storedObject().keys());
+}
+
+void TestPreferences::aWriteKeepsTheOtherKeysAndLeavesNoOtherFile()
+{
+    const DefaultsStore store;
+    QVERIFY(store.setData(QStringLiteral("Window"), QByteArray("\x01\x02")));
+    Preferences().save();
+    QCOMPARE(store.data(QStringLiteral("Window")).value_or("none"), QByteArray("\x01\x02"));
+    QCOMPARE(QDir(configurationFolder()).entryList(QDir::Files | QDir::Hidden),
+             QStringList{QStringLiteral("veltro.ini")});
+}
+
+void TestPreferences::aFileThatCannotBeReplacedStaysAsItIs()
+{
+    Preferences kept;
+    kept.audioFormat = QStringLiteral("opus");
+    kept.save();
+    // A folder in the file's place refuses every user, the superuser too.
+    const QString blocked = m_home->path(QStringLiteral("blocked"));
+    QVERIFY(QDir().mkpath(blocked + QStringLiteral("/inside")));
+    Preferences changed = kept;
+    changed.audioFormat = QStringLiteral("mp3");
+    const DefaultsStore unwritable(blocked);
+    QVERIFY(!unwritable.setData(key, "{}"));
+    changed.save(unwritable);
+    QCOMPARE(Preferences::load(unwritable), Preferences());
+    QCOMPARE(Preferences::load(), kept);
+}
+
+void TestPreferences::aFileThatIsNoneOfOursGivesTheDefaults()
+{
+    m_home->write(QStringLiteral("config/veltro/veltro.ini"), QByteArray(5000, '\xfe') + "[[[\n=");
+    QCOMPARE(Preferences::load(), Preferences());
+    Preferences changed;
+    changed.wifiOnly = false;
+    changed.save();
+    QCOMPARE(Preferences::load(), changed);
+}
+
+void TestPreferences::downloadsGoBelowTheDesktopsDocuments()
+{
+    QCOMPARE(downloadsDirectory().toLocalFile(),
+             m_home->path(QStringLiteral("Documents/Downloads")));
+
+    m_home->write(QStringLiteral("config/user-dirs.dirs"),
+                  "XDG_DOCUMENTS_DIR=\"$HOME/Dokumente ж\"\n");
+    const QString folder = m_home->path(QStringLiteral("Dokumente ж/Downloads"));
+    QCOMPARE(downloadsDirectory().toLocalFile(), folder);
+    QVERIFY(QFileInfo(folder).isDir());
+    m_home->write(QStringLiteral("Dokumente ж/Downloads/kept"), "x");
+    QCOMPARE(downloadsDirectory().toLocalFile(), folder);
+    QVERIFY(QFileInfo::exists(folder + QStringLiteral("/kept")));
+}
+
+QTEST_GUILESS_MAIN(TestPreferences)
+#include "tst_preferences.moc"
