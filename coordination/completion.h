@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
+#include <QtGlobal>
+
 #include <coroutine>
 #include <memory>
 #include <utility>
@@ -48,8 +50,7 @@ public:
         : m_completion(std::move(completion))
     {}
     ~FinishAtEnd() { m_completion->finish(); }
-    FinishAtEnd(const FinishAtEnd &) = delete;
-    FinishAtEnd &operator=(const FinishAtEnd &) = delete;
+    Q_DISABLE_COPY_MOVE(FinishAtEnd)
 
 private:
     const std::shared_ptr<Completion> m_completion;
