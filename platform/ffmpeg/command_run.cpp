@@ -72,22 +72,14 @@ void stepBack()
 {
     constexpr int steps = 7;
     const auto thread = static_cast<id_t>(gettid());
-    setpriority(PRIO_PROCESS, thread, getpriority(PRIO_PROCESS, thread) + steps);
+    const int usual = getpriority(PRIO_PROCESS, static_cast<id_t>(getpid()));
+    setpriority(PRIO_PROCESS, thread, usual + steps);
 }
 
-}
-
-void runCommand(const CommandLine &command, SessionLog &log, RunControl &control)
+void runOnce(const CommandLine &command, const RunContext &run)
 {
-    RunContext run = makeContext(command, log, control);
-    if (command.inputs.empty() && command.outputs.empty()) {
-        throw CommandFailed("Use -h to get full help or, even better, run 'man ffmpeg'");
-    }
-    // What a playback transcode makes takes the place of the file that it was made from, so it
-    // must not be less than that: damage that a player would skip over is reason enough to stop.
     const bool replaces =
         std::any_of(command.outputs.begin(), command.outputs.end(), isPlaybackTranscode);
-    run.stopsOnError = run.stopsOnError || replaces;
     const InputFiles inputs = openInputs(command, run);
     const OutputFiles outputs = planOutputs(command, inputs, run);
     if (outputs.empty()) {
@@ -99,7 +91,7 @@ void runCommand(const CommandLine &command, SessionLog &log, RunControl &control
     }
     Scheduler scheduler(inputs, outputs, run);
     scheduler.run();
-    if (control.isDamaged(run.highestErrorRate)) {
+    if (run.control.isDamaged(run.highestErrorRate)) {
         throw CommandFailed("Too little of the input could be decoded", codeOfDamage);
     }
     if (replaces) {
@@ -109,6 +101,31 @@ void runCommand(const CommandLine &command, SessionLog &log, RunControl &control
         output->complete();
     }
     reportResult(outputs, run);
+}
+
+}
+
+void runCommand(const CommandLine &command, SessionLog &log, RunControl &control,
+                const H264EncoderList &encoders)
+{
+    RunContext run = makeContext(command, log, control);
+    run.h264Encoders = encoders;
+    if (command.inputs.empty() && command.outputs.empty()) {
+        throw CommandFailed("Use -h to get full help or, even better, run 'man ffmpeg'");
+    }
+    // What a playback transcode makes takes the place of the file that it was made from, so it
+    // must not be less than that: damage that a player would skip over is reason enough to stop.
+    run.stopsOnError = run.stopsOnError || std::any_of(command.outputs.begin(),
+                                                       command.outputs.end(), isPlaybackTranscode);
+    try {
+        runOnce(command, run);
+    } catch (const HardwareFailed &failure) {
+        run.warn(failure.what());
+        run.warn("The hardware encoder has failed: once more in software");
+        run.avoidsHardware = true;
+        control.startAgain();
+        runOnce(command, run);
+    }
 }
 
 }

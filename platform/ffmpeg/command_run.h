@@ -9,7 +9,9 @@ namespace veltro::ffmpeg {
 /// Does what a command line says, from opening the inputs to closing the outputs. The calling
 /// thread becomes the run's thread: it must be bound to the log and to the plain locale, and its
 /// priority may be lowered for good.
+/// @param encoders what the playback transcode may choose from.
 /// @throws CommandFailed, CommandCancelled
-void runCommand(const CommandLine &command, SessionLog &log, RunControl &control);
+void runCommand(const CommandLine &command, SessionLog &log, RunControl &control,
+                const H264EncoderList &encoders = knownH264Encoders);
 
 }

@@ -35,6 +35,7 @@ Encoder::Encoder(const OutputFile &output, OutputStream &stream, const RunContex
     , m_stream(stream)
     , m_run(run)
     , m_codec(avcodec_alloc_context3(stream.encode.encoder))
+    , m_device(stream.encode.makeDevice ? stream.encode.makeDevice() : nullptr)
 {
     if (!m_codec) {
         throw CommandFailed("Error allocating the encoding context.");
@@ -175,7 +176,10 @@ void Encoder::openCodec()
     const AVCodec *encoder = m_stream.encode.encoder;
     DictionaryLoan options(m_stream.encode.options);
     av_dict_set(options, "threads", "auto", AV_DICT_DONT_OVERWRITE);
-    const int error = avcodec_open2(m_codec.get(), encoder, options);
+    int error = m_device ? m_device->attach(*m_codec) : 0;
+    if (error >= 0) {
+        error = avcodec_open2(m_codec.get(), encoder, options);
+    }
     m_run.control.check();
     if (error == AVERROR_EXPERIMENTAL) {
         throw CommandFailed("The encoder '" + std::string(encoder->name) +
@@ -183,11 +187,9 @@ void Encoder::openCodec()
                             "'-strict -2' if you want to use it.");
     }
     if (error < 0) {
-        throw CommandFailed("Error initializing output stream " + numberOf(m_output, m_stream) +
-                            " -- Error while opening encoder for output stream #" +
-                            numberOf(m_output, m_stream) +
-                            " - maybe incorrect parameters such as bit_rate, rate, width or "
-                            "height");
+        fail("Error initializing output stream " + numberOf(m_output, m_stream) +
+             " -- Error while opening encoder for output stream #" + numberOf(m_output, m_stream) +
+             " - maybe incorrect parameters such as bit_rate, rate, width or height");
     }
     if (const AVDictionaryEntry *unused =
             av_dict_get(*options, "", nullptr, AV_DICT_IGNORE_SUFFIX)) {
@@ -225,9 +227,20 @@ void Encoder::describeStream()
     }
 }
 
+void Encoder::fail(const std::string &text) const
+{
+    if (m_stream.encode.isHardware) {
+        throw HardwareFailed(text);
+    }
+    throw CommandFailed(text);
+}
+
 void Encoder::encode(AVFrame &frame, std::vector<PacketPtr> &packets)
 {
     frame.quality = m_codec->global_quality;
+    if (const int error = m_device ? m_device->upload(frame) : 0; error < 0) {
+        fail("Error bringing a frame to the encoder: " + errorText(error));
+    }
     send(&frame, packets);
 }
 
@@ -241,8 +254,8 @@ void Encoder::send(const AVFrame *frame, std::vector<PacketPtr> &packets)
     const char *kind = av_get_media_type_string(m_stream.type());
     int error = avcodec_send_frame(m_codec.get(), frame);
     if (error < 0 && error != AVERROR_EOF) {
-        throw CommandFailed("Error submitting " + std::string(kind) +
-                            " frame to the encoder: " + errorText(error));
+        fail("Error submitting " + std::string(kind) +
+             " frame to the encoder: " + errorText(error));
     }
     for (;;) {
         m_run.control.check();
@@ -252,7 +265,7 @@ void Encoder::send(const AVFrame *frame, std::vector<PacketPtr> &packets)
             return;
         }
         if (error < 0) {
-            throw CommandFailed(std::string(kind) + " encoding failed: " + errorText(error));
+            fail(std::string(kind) + " encoding failed: " + errorText(error));
         }
         packets.push_back(std::move(packet));
     }

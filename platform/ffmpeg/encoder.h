@@ -3,6 +3,8 @@
 #pragma once
 #include "platform/ffmpeg/output_file.h"
 
+#include <memory>
+#include <string>
 #include <vector>
 
 namespace veltro::ffmpeg {
@@ -38,6 +40,7 @@ private:
     [[nodiscard]] AVRational chooseTimeBase(AVRational usual) const;
     void nameEncoder();
     void openCodec();
+    [[noreturn]] void fail(const std::string &text) const;
     void describeStream();
     void send(const AVFrame *frame, std::vector<PacketPtr> &packets);
 
@@ -45,6 +48,7 @@ private:
     OutputStream &m_stream;
     const RunContext &m_run;
     const CodecContextPtr m_codec;
+    const std::unique_ptr<EncoderDevice> m_device; // null for ordinary encoders
     bool m_isOpen = false;
 };
 

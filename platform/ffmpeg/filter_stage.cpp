@@ -292,6 +292,9 @@ std::string FilterStage::pixelFormats() const
     if (m_result) {
         return formatFilter({static_cast<AVPixelFormat>(m_result->format)});
     }
+    if (encode.deviceFormat != AV_PIX_FMT_NONE) {
+        return formatFilter({encode.deviceFormat});
+    }
     return encode.pixelFormat == AV_PIX_FMT_NONE
                ? formatFilter(encode.encoder)
                : formatFilter({closestFormat(encode.encoder, encode.pixelFormat)});

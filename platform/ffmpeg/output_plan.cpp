@@ -53,7 +53,7 @@ const AVCodec &defaultEncoder(const OutputFile &file, const OutputStream &stream
                         number);
 }
 
-void chooseCodec(const OutputFile &file, OutputStream &stream)
+void chooseCodec(const OutputFile &file, OutputStream &stream, const RunContext &run)
 {
     const StreamWords words(file, stream);
     if (!canBeEncoded(stream.type())) {
@@ -73,7 +73,7 @@ void chooseCodec(const OutputFile &file, OutputStream &stream)
         return;
     }
     if (name == playbackEncoder && stream.type() == AVMEDIA_TYPE_VIDEO) {
-        stream.encode.encoder = &playbackVideoEncoder(stream);
+        choosePlaybackEncoder(stream, run);
     } else {
         stream.encode.encoder = name ? &findCodec(*name, stream.type(), CodecUse::encode)
                                      : &defaultEncoder(file, stream);
@@ -205,11 +205,11 @@ void readEncodeSettings(const OutputFile &file, OutputStream &stream)
     }
 }
 
-void addStream(OutputFile &file, InputStream &source)
+void addStream(OutputFile &file, InputStream &source, const RunContext &run)
 {
     OutputStream &stream = file.addStream(source.type());
     stream.source = &source;
-    chooseCodec(file, stream);
+    chooseCodec(file, stream, run);
     readCommonSettings(file, stream);
     refuseFilters(file, stream);
     if (stream.type() == AVMEDIA_TYPE_VIDEO) {
@@ -266,7 +266,7 @@ void planOutput(OutputFile &output, const InputFiles &inputs, const RunContext &
         fitToPlayback(output, inputs, sources);
     }
     for (InputStream *source : sources) {
-        addStream(output, *source);
+        addStream(output, *source, run);
     }
     for (const GivenOption &given : arguments.options) {
         if (given.name == "attach") {

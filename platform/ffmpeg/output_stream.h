@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 #include "platform/ffmpeg/av_ptr.h"
+#include "platform/ffmpeg/h264_encoder.h"
 #include "platform/ffmpeg/timestamp.h"
 
 #include <cstddef>
@@ -10,6 +11,8 @@
 #include <limits>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace veltro::ffmpeg {
 
@@ -18,10 +21,11 @@ struct InputStream;
 /// How an encoded stream is made. What the command line leaves open is empty or zero.
 struct EncodeSettings {
     const AVCodec *encoder = nullptr;
-    DictionaryPtr options;   ///< for the encoder
-    DictionaryPtr scaler;    ///< for conversions of pictures
-    DictionaryPtr resampler; ///< for conversions of sound
-    std::string filters;     ///< -filter
+    DictionaryPtr options;                                       ///< for the encoder
+    std::vector<std::pair<std::string, std::string>> ownOptions; ///< where it says nothing else
+    DictionaryPtr scaler;                                        ///< for conversions of pictures
+    DictionaryPtr resampler;                                     ///< for conversions of sound
+    std::string filters;                                         ///< -filter
     std::uint32_t tag = 0;
     std::optional<double> quality; ///< -q
     bool isBitexact = false;
@@ -31,10 +35,13 @@ struct EncodeSettings {
     int height = 0;
     AVPixelFormat pixelFormat = AV_PIX_FMT_NONE;
     AVRational frameRate{0, 1};
-    AVRational timeBase{0, 1};    ///< -enc_time_base; -1/1 for the input's
-    bool keepsEveryFrame = false; ///< timestamps go through as they are, none is dropped
-    std::string keyFrames;        ///< -force_key_frames
-    bool cropsToEven = false;     ///< an odd width or height loses one line
+    AVRational timeBase{0, 1};     ///< -enc_time_base; -1/1 for the input's
+    bool keepsEveryFrame = false;  ///< timestamps go through as they are, none is dropped
+    std::string keyFrames;         ///< -force_key_frames
+    bool cropsToEven = false;      ///< an odd width or height loses one line
+    bool isHardware = false;       ///< its failure is no reason to give up: HardwareFailed
+    EncoderDeviceMaker makeDevice; ///< where frames go before they are encoded
+    AVPixelFormat deviceFormat = AV_PIX_FMT_NONE; ///< of frames for that device
 
     // sound
     AVSampleFormat sampleFormat = AV_SAMPLE_FMT_NONE;

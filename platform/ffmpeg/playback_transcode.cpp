@@ -3,10 +3,10 @@
 #include "platform/ffmpeg/playback_transcode.h"
 
 #include "platform/ffmpeg/codec_names.h"
-#include "platform/ffmpeg/h264_encoder.h"
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace veltro::ffmpeg {
 namespace {
@@ -82,17 +82,26 @@ void refuseShortened(const InputFiles &inputs,
     }
 }
 
-const AVCodec &playbackVideoEncoder(const OutputStream &stream)
+void choosePlaybackEncoder(OutputStream &stream, const RunContext &run)
 {
     const AVCodecParameters &codec = *stream.source->stream->codecpar;
-    return *chooseH264Encoder(codec.width, codec.height).encoder;
+    std::vector<H264Encoder> list = run.h264Encoders(codec.width, codec.height);
+    if (run.avoidsHardware) {
+        std::erase_if(list, [](const H264Encoder &candidate) { return candidate.isHardware; });
+    }
+    H264Encoder chosen = chooseH264Encoder(std::move(list), codec.width, codec.height);
+    EncodeSettings &encode = stream.encode;
+    encode.encoder = chosen.encoder;
+    encode.ownOptions = std::move(chosen.options);
+    encode.isHardware = chosen.isHardware;
+    encode.makeDevice = std::move(chosen.makeDevice);
+    encode.deviceFormat = chosen.frameFormat;
 }
 
 void tunePlaybackVideo(OutputStream &stream)
 {
-    const AVCodecParameters &codec = *stream.source->stream->codecpar;
     EncodeSettings &encode = stream.encode;
-    for (const auto &[name, value] : chooseH264Encoder(codec.width, codec.height).options) {
+    for (const auto &[name, value] : encode.ownOptions) {
         av_dict_set(DictionaryLoan(encode.options), name.c_str(), value.c_str(),
                     AV_DICT_DONT_OVERWRITE);
     }

@@ -27,9 +27,10 @@ void fitToPlayback(const OutputFile &output, const InputFiles &inputs,
 void refuseShortened(const InputFiles &inputs,
                      const std::vector<std::unique_ptr<OutputFile>> &outputs);
 
-/// The encoder that stands for playbackEncoder.
-[[nodiscard]] const AVCodec &playbackVideoEncoder(const OutputStream &stream);
-/// What the command line leaves open: preset, timestamps as they are, even sizes.
+/// Gives the stream the encoder that stands for playbackEncoder.
+/// @throws CommandFailed when the machine has none.
+void choosePlaybackEncoder(OutputStream &stream, const RunContext &run);
+/// What the command line leaves open: timestamps as they are, even sizes.
 void tunePlaybackVideo(OutputStream &stream);
 
 /// How a subtitle gets into the output: unchanged, by an encoder, or not at all.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 #include "platform/ffmpeg/command_failed.h"
+#include "platform/ffmpeg/h264_encoder.h"
 #include "platform/ffmpeg/libav.h"
 #include "platform/ffmpeg/media_tools.h"
 #include "platform/ffmpeg/session_log.h"
@@ -50,6 +51,12 @@ public:
         m_frames += frames;
         m_errors += errors;
     }
+    /// Forgets an attempt whose result is not wanted; the run's thread.
+    void startAgain()
+    {
+        m_frames = m_errors = 0;
+        setProgress(0, 0);
+    }
     /// Whether more than this share of what was decoded was damaged.
     [[nodiscard]] bool isDamaged(double highestRate) const
     {
@@ -77,6 +84,8 @@ struct RunContext {
     bool stopsOnError = false;        ///< -xerror
     bool overwrites = false;          ///< -y
     double highestErrorRate = 2. / 3; ///< share of decoding errors above which a run has failed
+    H264EncoderList h264Encoders = knownH264Encoders; ///< of the playback transcode
+    bool avoidsHardware = false;                      ///< since it has failed
 
     void info(std::string_view line) const { say(AV_LOG_INFO, line); }
     void warn(std::string_view line) const { say(AV_LOG_WARNING, line); }

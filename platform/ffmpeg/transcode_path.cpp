@@ -125,16 +125,24 @@ void TranscodePath::finish()
 
 void TranscodePath::decodeJobs() noexcept
 {
+    bool hasFailed = false;
     while (auto job = m_toDecode.take()) {
-        try {
-            if (!m_isAbandoned) {
-                decode(**job);
-            }
-        } catch (...) { // thrown again by the run's thread
-            (*job)->failure = std::current_exception();
+        if (!hasFailed && !m_isAbandoned) {
+            hasFailed = !attempt(**job, &TranscodePath::decode);
         }
         m_toEncode.put(std::move(*job));
     }
+}
+
+// @returns whether it went well; what was thrown is thrown again by the run's thread.
+bool TranscodePath::attempt(Job &job, void (TranscodePath::*work)(Job &job)) noexcept
+{
+    try {
+        (this->*work)(job);
+    } catch (...) {
+        job.failure = std::current_exception();
+    }
+    return !job.failure;
 }
 
 void TranscodePath::decode(Job &job)
@@ -162,13 +170,10 @@ void TranscodePath::decode(Job &job)
 
 void TranscodePath::encodeJobs() noexcept
 {
+    bool hasFailed = false;
     while (auto job = m_toEncode.take()) {
-        try {
-            if (!m_isAbandoned && !(*job)->failure) {
-                encode(**job);
-            }
-        } catch (...) { // thrown again by the run's thread
-            (*job)->failure = std::current_exception();
+        if (!hasFailed && !m_isAbandoned && !(*job)->failure) {
+            hasFailed = !attempt(**job, &TranscodePath::encode);
         }
         m_done.put(std::move(*job));
     }

@@ -47,6 +47,7 @@ private:
     void complete(Job &job);
     [[nodiscard]] std::size_t depth() const;
 
+    [[nodiscard]] bool attempt(Job &job, void (TranscodePath::*work)(Job &job)) noexcept;
     void decodeJobs() noexcept;
     void decode(Job &job);
     void encodeJobs() noexcept;
