@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ffmpeg/media_module.h"
 
+#include "platform/ffmpeg/libav.h"
 #include "platform/ffmpeg/media_duration.h"
 #include "platform/ffmpeg/probe_command.h"
 #include "platform/ffmpeg/runner_session.h"
@@ -41,6 +42,11 @@ public:
 
 [[gnu::visibility("default")]] veltro::ffmpeg::MediaTools *veltroMediaTools() noexcept
 {
+    // A file of some bytes can claim a table of gigabytes, which the libraries get before they
+    // look for it. No single table, packet or plane of a picture that we take is larger than this.
+    constexpr std::size_t largestBlock = std::size_t{320} << 20;
+    static const bool isLimited = (av_max_alloc(largestBlock), true);
+    static_cast<void>(isLimited);
     static veltro::ffmpeg::InProcessTools tools;
     return &tools;
 }

@@ -4,10 +4,12 @@
 
 #include "platform/ffmpeg/libav.h"
 #include "platform/ffmpeg/local_bytes.h"
+#include "platform/ffmpeg/session_log.h"
 
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -101,6 +103,76 @@ int makeGuarded(const LocalInputOptions &how, AVDictionary **options, AVIOContex
     return 0;
 }
 
+// Whoever looks into packets for what a stream is decodes them, and the limits can be set only on
+// streams that are known before.
+int readWithinLimits(AVFormatContext &input)
+{
+    const unsigned known = input.nb_streams;
+    std::vector<AVDictionary *> options(known, nullptr);
+    for (AVDictionary *&forStream : options) {
+        av_dict_set_int(&forStream, "max_pixels", maxPixels, 0);
+    }
+    const int result = avformat_find_stream_info(&input, known ? options.data() : nullptr);
+    for (AVDictionary *&forStream : options) {
+        av_dict_free(&forStream);
+    }
+    return result;
+}
+
+// Reads on, without decoding, until the streams that only packets name are known, and goes back.
+void meetStreams(AVFormatContext &input)
+{
+    const PacketPtr packet(av_packet_alloc());
+    const std::int64_t end = avio_tell(input.pb) + input.probesize;
+    while (packet && avio_tell(input.pb) < end && av_read_frame(&input, packet.get()) >= 0) {
+        av_packet_unref(packet.get());
+    }
+    static_cast<void>(av_seek_frame(&input, -1, 0, AVSEEK_FLAG_BYTE)); // its lowest is the start
+}
+
+auto countVideo(const AVFormatContext &input)
+{
+    return std::ranges::count_if(
+        std::span(input.streams, input.nb_streams),
+        [](const AVStream *stream) { return stream->codecpar->codec_type == AVMEDIA_TYPE_VIDEO; });
+}
+
+// Whether pictures of a stream that only packets name are beyond the limit, or of no known size.
+// To have read on changes a little what is found, so that is left to an input of its own.
+bool hidesPictures(const AVFormatContext &input)
+{
+    SessionLog quiet; // what it finds, the input itself says again
+    quiet.setLevel(AV_LOG_QUIET);
+    const SessionLog::Scope bound(quiet);
+    LocalInputOptions how;
+    how.format = input.iformat;
+    how.interrupt = input.interrupt_callback;
+    how.log = &quiet;
+    InputContextPtr scout;
+    if (openLocalInput(input.url, how, scout) < 0) {
+        return true;
+    }
+    const auto known = countVideo(*scout);
+    meetStreams(*scout);
+    if (countVideo(*scout) == known) {
+        return false;
+    }
+    static_cast<void>(readWithinLimits(*scout));
+    return std::ranges::any_of(std::span(scout->streams, scout->nb_streams),
+                               [](const AVStream *stream) {
+                                   const AVCodecParameters &codec = *stream->codecpar;
+                                   return codec.codec_type == AVMEDIA_TYPE_VIDEO &&
+                                          (codec.width <= 0 || codec.height <= 0);
+                               });
+}
+
+bool mayNameStreamsLate(const AVFormatContext &input)
+{
+    const bool isOurs = input.flags & AVFMT_FLAG_CUSTOM_IO;
+    return isOurs && (input.ctx_flags & AVFMTCTX_NOHEADER) &&
+           !(input.iformat->flags & AVFMT_NO_BYTE_SEEK);
+}
+
 }
 
 InputName classifyInput(std::string_view name)
@@ -162,16 +234,10 @@ int openLocalInput(const std::string &name, const LocalInputOptions &how, InputC
 
 int readStreamInformation(AVFormatContext &input)
 {
-    const unsigned known = input.nb_streams;
-    std::vector<AVDictionary *> options(known, nullptr);
-    for (AVDictionary *&forStream : options) {
-        av_dict_set_int(&forStream, "max_pixels", maxPixels, 0);
+    if (mayNameStreamsLate(input) && hidesPictures(input)) {
+        meetStreams(input);
     }
-    const int result = avformat_find_stream_info(&input, known ? options.data() : nullptr);
-    for (AVDictionary *&forStream : options) {
-        av_dict_free(&forStream);
-    }
-    return result;
+    return readWithinLimits(input);
 }
 
 }

@@ -96,6 +96,8 @@ void TestRunnerCopy::makeClips()
     QVERIFY(makeMedia({u"-i"_s, path(u"av.ts"_s), u"-c"_s, u"copy"_s, path(u"av.mp4"_s), u"-c"_s,
                        u"copy"_s, u"-hls_time"_s, u"0.4"_s, u"-hls_list_size"_s, u"0"_s,
                        path(u"list.m3u8"_s)}));
+    QVERIFY(makeMedia({u"-i"_s, path(u"av.ts"_s), u"-c"_s, u"copy"_s, path(u"av.flv"_s), u"-c:v"_s,
+                       u"mpeg2video"_s, u"-c:a"_s, u"mp2"_s, path(u"av.mpg"_s)}));
     QVERIFY(QFile::copy(path(u"av.ts"_s), path(u"ts_inside.mp4"_s)));
     // The counter of a transport stream begins again after 95443.7 seconds.
     QVERIFY(makeMedia({u"-i"_s, path(u"av.mp4"_s), u"-c"_s, u"copy"_s, u"-output_ts_offset"_s,
@@ -230,6 +232,8 @@ void TestRunnerCopy::writesTheSameFileAsTheStockTool_data()
     row("optional map", "-i av.mp4 -map 0:v -map 0:s? -c copy", "mp4");
     row("bare aac", "-i a.aac -c copy -f mp4", "mp4");
     row("flash video", "-i av.mp4 -c copy -f flv", "flv");
+    row("flash video into mp4", "-i av.flv -c copy", "mp4");
+    row("program stream into a transport stream", "-i av.mpg -c copy -f mpegts", "ts");
     row("timestamps that begin again", "-i twice.ts -c copy", "mp4");
     row("timestamps that begin again, encoded", "-i twice.ts -vn -c:a aac", "m4a");
     row("timestamps that wrap around", "-i wrapping.ts -c copy", "mp4");

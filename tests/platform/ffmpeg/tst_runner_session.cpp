@@ -28,6 +28,7 @@ private Q_SLOTS:
     void sessionsAtOnceKeepTheirLogsApart();
     void aSessionCancelledBeforeItsRunDoesNothing();
     void cancellingACopyLeavesNothing();
+    void cancellingALargeConversionEndsItSoon();
     void cancellingAWaitForTheNetworkEndsIt();
     void reportsHowFarItIs();
     void fetchesWithTheHeadersAndCookiesOfItsInput();
@@ -150,6 +151,36 @@ void TestRunnerSession::cancellingACopyLeavesNothing()
     runner.join();
     QVERIFY(began && wasThere);
     QCOMPARE(code, 255);
+    QVERIFY(!QFile::exists(output));
+}
+
+void TestRunnerSession::cancellingALargeConversionEndsItSoon()
+{
+    // One key frame again and again: a clip that takes long to convert and not to make.
+    QVERIFY(makeMedia({u"-f"_s, u"lavfi"_s, u"-i"_s, u"testsrc2=s=3840x2160:r=10"_s, u"-frames:v"_s,
+                       u"1"_s, u"-c:v"_s, u"mjpeg"_s, path(u"one.mkv"_s)}));
+    QVERIFY(makeMedia({u"-stream_loop"_s, u"600"_s, u"-i"_s, path(u"one.mkv"_s), u"-c"_s, u"copy"_s,
+                       path(u"large.mkv"_s)}));
+    const QString output = path(u"converted.mp4"_s);
+    const auto session = mediaTools().makeSession();
+    int code = -1;
+    std::thread runner([&] {
+        code = session->run(argumentsOf(wordsOf("-y -hide_banner -i") +
+                                        QStringList{path(u"large.mkv"_s)} +
+                                        wordsOf("-c:v h264_videotoolbox -b:v 4M -allow_sw 1 "
+                                                "-pix_fmt yuv420p -c:a copy -movflags +faststart") +
+                                        QStringList{output}));
+    });
+    const bool began =
+        QTest::qWaitFor([&] { return session->progress().positionSeconds > 0; }, 60'000);
+    const double position = session->progress().positionSeconds;
+    session->cancel();
+    runner.join();
+    QVERIFY(began);
+    QCOMPARE(code, 255);
+    // Of a minute's film, and as told by how far it is, not by the clock of a busy machine.
+    QVERIFY2(session->progress().positionSeconds < position + 6,
+             qPrintable(QString::number(session->progress().positionSeconds)));
     QVERIFY(!QFile::exists(output));
 }
 

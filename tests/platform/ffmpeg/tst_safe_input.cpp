@@ -71,6 +71,7 @@ private Q_SLOTS:
     void readsASinglePictureWhoseNameStandsForASeries();
     void takesOptionsAndLeavesWhatNobodyKnows();
     void decodesNoPictureBeyondTheLimit();
+    void decodesNoPictureBeyondTheLimitOfAStreamThatAppearsLate();
 };
 
 void TestSafeInput::initTestCase()
@@ -224,6 +225,7 @@ void TestSafeInput::takesOptionsAndLeavesWhatNobodyKnows()
     AVDictionary *raw = nullptr;
     av_dict_set(&raw, "probesize", "100000", 0);
     av_dict_set(&raw, "scan_all_pmts", "1", 0); // the demuxer's own
+    av_dict_set(&raw, "max_streams", "100000", 0); // within our own limit
     av_dict_set(&raw, "nonsense", "1", 0);
     DictionaryPtr options(raw);
     LocalInputOptions how;
@@ -231,6 +233,7 @@ void TestSafeInput::takesOptionsAndLeavesWhatNobodyKnows()
     InputContextPtr input;
     QCOMPARE(openLocalInput(path("target.ts"), how, input), 0);
     QCOMPARE(input->probesize, 100000);
+    QCOMPARE(input->max_streams, maxStreams);
     QCOMPARE(av_dict_count(options.get()), 1);
     QVERIFY(av_dict_get(options.get(), "nonsense", nullptr, 0));
 }
@@ -251,6 +254,38 @@ void TestSafeInput::decodesNoPictureBeyondTheLimit()
     static_cast<void>(readStreamInformation(*input));
     QCOMPARE(input->nb_streams, 1U);
     QCOMPARE(input->streams[0]->codecpar->width, 0); // known only to who has decoded
+}
+
+void TestSafeInput::decodesNoPictureBeyondTheLimitOfAStreamThatAppearsLate()
+{
+    QVERIFY(makeMedia(u"-i target.ts -c copy late.mpg"_s, m_folder.path()));
+    QFile file(QString::fromStdString(path("late.mpg")));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QByteArray content = file.readAll();
+    // A sequence tells the lower twelve bits of its width and height, its extension two more of
+    // each: 12287 by 12287.
+    const qsizetype sequence = content.indexOf(QByteArray::fromHex("000001b3"));
+    const qsizetype extension = content.indexOf(QByteArray::fromHex("000001b5"), sequence);
+    QVERIFY(sequence > 0 && extension > 0);
+    QVERIFY(content.count(QByteArray::fromHex("000001b3")) == 1);
+    content.replace(sequence + 4, 3, QByteArray::fromHex("ffffff"));
+    content[extension + 5] = static_cast<char>(content[extension + 5] | 0x01);
+    content[extension + 6] = static_cast<char>((content[extension + 6] & 0x1f) | 0x40);
+    QVERIFY(writeFile(QString::fromStdString(path("huge.mpg")), content));
+
+    SessionLog log;
+    const SessionLog::Scope scope(log);
+    for (const char *name : {"late.mpg", "huge.mpg"}) {
+        InputContextPtr input;
+        QCOMPARE(openLocalInput(path(name), {}, input), 0);
+        QCOMPARE(input->nb_streams, 0U);
+        QVERIFY(readStreamInformation(*input) >= 0);
+        QCOMPARE(input->nb_streams, 1U);
+        const bool isHuge = name == std::string_view("huge.mpg");
+        QCOMPARE(input->streams[0]->codecpar->width, isHuge ? 0 : 160);
+        QCOMPARE(input->streams[0]->codecpar->format,
+                 static_cast<int>(isHuge ? AV_PIX_FMT_NONE : AV_PIX_FMT_YUV420P));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestSafeInput)
