@@ -7,6 +7,20 @@
 #include <string>
 
 namespace veltro::ffmpeg {
+namespace {
+
+std::vector<std::int64_t> chaptersOf(const OutputFile &output)
+{
+    const AVFormatContext &file = *output.context();
+    std::vector<std::int64_t> starts;
+    for (unsigned i = 0; i < file.nb_chapters; ++i) {
+        starts.push_back(
+            av_rescale_q(file.chapters[i]->start, file.chapters[i]->time_base, microseconds));
+    }
+    return starts;
+}
+
+}
 
 EncodeStage::EncodeStage(const InputFile &input, const OutputFile &output, OutputStream &stream,
                          const RunContext &run)
@@ -91,8 +105,13 @@ bool EncodeStage::placePicture(AVFrame &frame)
     if (!m_encoder.isOpen()) {
         m_encoder.openFor(m_filter.sink(), &frame);
         m_pictureTiming.emplace(m_stream.encode, m_encoder.timeBase(), m_output.start());
+        m_keyFrames.emplace(m_stream.encode.keyFrames, m_encoder.timeBase(), chaptersOf(m_output));
     }
-    return m_pictureTiming->place(frame, av_buffersink_get_time_base(m_filter.sink()));
+    if (!m_pictureTiming->place(frame, av_buffersink_get_time_base(m_filter.sink()))) {
+        return false;
+    }
+    frame.pict_type = m_keyFrames->wants(frame) ? AV_PICTURE_TYPE_I : AV_PICTURE_TYPE_NONE;
+    return true;
 }
 
 void EncodeStage::placeSound(AVFrame &frame)

@@ -52,6 +52,7 @@ private:
     Encoder m_encoder;
     const FramePtr m_filtered;
     std::optional<PictureTiming> m_pictureTiming;
+    std::optional<ForcedKeyFrames> m_keyFrames;
     std::int64_t m_end = 0; // in the encoder's time base
     std::int64_t m_frames = 0;
     bool m_hasEnough = false;

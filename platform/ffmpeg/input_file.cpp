@@ -7,6 +7,7 @@
 #include "platform/ffmpeg/libav_versions.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 #include <thread>
 
@@ -106,10 +107,14 @@ InputFile::InputFile(const FileArguments &arguments, int index, const RunContext
         }
         m_run.error(m_url + ": could not find codec parameters");
     }
+    settleStart(arguments);
     seek(arguments);
     readStreams(arguments, options);
     av_dump_format(m_context.get(), index, m_url.c_str(), 0);
     m_timeline.emplace(m_context.get(), m_offset, run.copiesTimestamps);
+    const auto rounds = arguments.value("stream_loop");
+    m_loop.emplace(rounds ? parseInteger("stream_loop", std::string(*rounds), -1, INT_MAX) : 0,
+                   *m_context);
 }
 
 void InputFile::open(const FileArguments &arguments, LibraryOptions &options)
@@ -168,6 +173,27 @@ void InputFile::forceDecoders(const FileArguments &arguments)
             stream.codecpar->codec_id =
                 findCodec(*name, stream.codecpar->codec_type, CodecUse::decode).id;
         }
+    }
+}
+
+// A start that is counted from the end needs to know where that is.
+void InputFile::settleStart(const FileArguments &arguments)
+{
+    const auto text = arguments.value("sseof");
+    if (!text) {
+        return;
+    }
+    const std::int64_t fromEnd = parseDuration("sseof", std::string(*text));
+    if (m_range.start) {
+        m_run.warn("Cannot use -ss and -sseof both, using -ss for " + m_url);
+    } else if (fromEnd >= 0) {
+        throw CommandFailed("-sseof value must be negative; aborting");
+    } else if (m_context->duration <= 0) {
+        m_run.warn("Cannot use -sseof, duration of " + m_url + " not known");
+    } else if (addTime(fromEnd, m_context->duration) < 0) {
+        m_run.warn("-sseof value seeks to before start of file " + m_url + "; ignored");
+    } else {
+        m_range.start = addTime(fromEnd, m_context->duration);
     }
 }
 
@@ -277,24 +303,12 @@ bool InputFile::read(AVPacket &packet)
     if (m_isPaced) {
         keepPace();
     }
-    for (;;) {
-        const int error = readAny(packet);
-        m_run.control.check();
-        if (error < 0) {
-            if (error != AVERROR_EOF) {
-                m_run.error(m_url + ": " + errorText(error));
-                if (m_run.stopsOnError) {
-                    throw CommandFailed(m_url + ": " + errorText(error));
-                }
-            }
+    while (!readUsed(packet)) {
+        if (!m_loop->beginAgain(*m_context)) {
             return false;
         }
-        const auto index = static_cast<std::size_t>(packet.stream_index);
-        if (index < m_streams.size() && m_streams[index].isUsed) {
-            break;
-        }
-        av_packet_unref(&packet); // of a stream that appeared later, or that nobody wants
     }
+    m_loop->place(packet);
     InputStream &stream = m_streams[static_cast<std::size_t>(packet.stream_index)];
     if (packet.flags & AV_PKT_FLAG_CORRUPT) {
         const std::string text =
@@ -312,6 +326,29 @@ bool InputFile::read(AVPacket &packet)
     stream.clock.advance(packet);
     m_furthest = std::max(m_furthest, stream.clock.position());
     return true;
+}
+
+bool InputFile::readUsed(AVPacket &packet)
+{
+    for (;;) {
+        const int error = readAny(packet);
+        m_run.control.check();
+        if (error == AVERROR_EOF) {
+            return false;
+        }
+        if (error < 0) {
+            m_run.error(m_url + ": " + errorText(error));
+            if (m_run.stopsOnError) {
+                throw CommandFailed(m_url + ": " + errorText(error));
+            }
+            return false;
+        }
+        const auto index = static_cast<std::size_t>(packet.stream_index);
+        if (index < m_streams.size() && m_streams[index].isUsed) {
+            return true;
+        }
+        av_packet_unref(&packet); // of a stream that appeared later, or that nobody wants
+    }
 }
 
 int InputFile::readAny(AVPacket &packet)

@@ -3,6 +3,7 @@
 #pragma once
 #include "platform/ffmpeg/av_ptr.h"
 #include "platform/ffmpeg/command_line.h"
+#include "platform/ffmpeg/input_loop.h"
 #include "platform/ffmpeg/input_timeline.h"
 #include "platform/ffmpeg/library_options.h"
 #include "platform/ffmpeg/run_control.h"
@@ -74,7 +75,9 @@ private:
     void readStreams(const FileArguments &arguments, const LibraryOptions &options);
     void describeStream(const FileArguments &arguments, const LibraryOptions &options,
                         AVStream &stream);
+    void settleStart(const FileArguments &arguments);
     void seek(const FileArguments &arguments);
+    [[nodiscard]] bool readUsed(AVPacket &packet);
     [[nodiscard]] int readAny(AVPacket &packet);
     void keepPace();
 
@@ -83,11 +86,12 @@ private:
     const int m_index;
     const bool m_isAccurate;
     const bool m_isPaced; ///< -re: read no faster than it plays
-    const TimeRange m_range;
+    TimeRange m_range;    // settled when the file is open
     InputContextPtr m_context;
     std::vector<InputStream> m_streams; // addresses stay: filled once
     std::int64_t m_offset = 0;
     std::optional<InputTimeline> m_timeline;
+    std::optional<InputLoop> m_loop;
     std::optional<std::chrono::steady_clock::time_point> m_begun;
     std::int64_t m_furthest = 0; // of all streams, for the pace
 };

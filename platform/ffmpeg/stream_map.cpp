@@ -51,12 +51,24 @@ MapText parseMap(std::string text, std::size_t inputCount)
     return map;
 }
 
-void addMapped(const MapText &map, const std::string &written, InputFile &file, Chosen &chosen)
+// A specifier that cannot be read is told, and names nothing: what follows from that is said last.
+bool isMapped(const MapText &map, const InputStream &stream, const RunContext &run)
+{
+    const int answer =
+        avformat_match_stream_specifier(stream.file, stream.stream, map.specifier.c_str());
+    if (answer < 0) {
+        run.error("Invalid stream specifier: " + map.specifier + ".");
+    }
+    return answer > 0;
+}
+
+void addMapped(const MapText &map, const std::string &written, InputFile &file,
+               const RunContext &run, Chosen &chosen)
 {
     bool anyDisabled = false;
     bool any = false;
     for (InputStream &stream : file.streams()) {
-        if (!matchesStream(file.context(), stream.stream, map.specifier)) {
+        if (!isMapped(map, stream, run)) {
             continue;
         }
         anyDisabled = anyDisabled || stream.isDisabled;
@@ -72,7 +84,7 @@ void addMapped(const MapText &map, const std::string &written, InputFile &file, 
     }
 }
 
-Chosen chooseMapped(const FileArguments &output, const InputFiles &inputs)
+Chosen chooseMapped(const FileArguments &output, const InputFiles &inputs, const RunContext &run)
 {
     Chosen chosen;
     for (const GivenOption &given : output.options) {
@@ -82,7 +94,7 @@ Chosen chooseMapped(const FileArguments &output, const InputFiles &inputs)
         const MapText map = parseMap(given.value, inputs.size());
         InputFile &file = *inputs[map.file];
         if (!map.isNegative) {
-            addMapped(map, given.value, file, chosen);
+            addMapped(map, given.value, file, run, chosen);
             continue;
         }
         // Negative maps take away what earlier maps have chosen. The tool refuses one that is
@@ -93,8 +105,7 @@ Chosen chooseMapped(const FileArguments &output, const InputFiles &inputs)
                                 "map.");
         }
         std::erase_if(chosen, [&](const InputStream *stream) {
-            return stream->file == file.context() &&
-                   matchesStream(file.context(), stream->stream, map.specifier);
+            return stream->file == file.context() && isMapped(map, *stream, run);
         });
     }
     return chosen;
@@ -266,7 +277,7 @@ std::vector<InputStream *> chooseStreams(const FileArguments &output, const AVFo
     if (!output.value("map")) {
         return chooseBest(output, muxer, inputs);
     }
-    Chosen chosen = chooseMapped(output, inputs);
+    Chosen chosen = chooseMapped(output, inputs, run);
     dropUnwanted(output, run, chosen);
     return chosen;
 }

@@ -201,6 +201,14 @@ void TestRunnerCopy::writesTheSameFileAsTheStockTool_data()
     row("sound to flac", "-i av.mp4 -vn -acodec flac -b:a 192.0k", "flac");
     row("sound to vorbis", "-i av.mp4 -vn -acodec libvorbis -q:a 5.0", "ogg");
     row("sound to wav", "-i av.mp4 -vn -f wav", "wav");
+    row("sound to wav of another kind", "-i a.m4a -vn -acodec pcm_s24le", "wav");
+    row("sound to mp3 from a webm", "-i a.webm -vn -acodec libmp3lame -q:a 0", "mp3");
+    row("sound to m4a from mp3", "-i a.mp3 -vn -acodec aac -b:a 192.0k", "m4a");
+    row("sound to flac from wav", "-i a.flac -vn -acodec flac -compression_level 8", "flac");
+    row("sound copied to mp3", "-i a.mp3 -vn -acodec copy", "mp3");
+    row("sound copied to flac", "-i a.flac -vn -acodec copy", "flac");
+    row("sound copied to ogg", "-i a.flac -vn -acodec copy", "ogg");
+    row("sound copied to mka", "-i a.webm -i s.srt -map 0 -map 1 -c copy", "mka");
     row("sound to alac", "-i a.flac -vn -acodec alac", "m4a");
     row("sound at another rate", "-i a.mp3 -vn -ar 22050 -ac 2 -sample_fmt s16", "flac");
     row("section of mp4", "-ss 0.5 -t 0.6 -i av.mp4 -c copy", "mp4");
@@ -225,6 +233,30 @@ void TestRunnerCopy::writesTheSameFileAsTheStockTool_data()
         "-i av.mp4 -i cover.jpg -map 0 -map 1 -c copy -disposition:2 attached_pic", "mp4");
     row("cover in mp3",
         "-i a.mp3 -i cover.jpg -c copy -map 0:0 -map 1:0 -write_id3v1 1 -id3v2_version 3", "mp3");
+    row("cover in m4a", "-i a.m4a -i cover.jpg -map 0 -map 1 -c copy -disposition:v:0 attached_pic",
+        "m4a");
+    row("cover in flac",
+        "-i a.flac -i cover.png -map 0 -map 1 -c copy -disposition:v attached_pic -metadata:s:v "
+        "comment=Cover",
+        "flac");
+    row("two attachments",
+        "-i av.webm " EVERYTHING "-attach cover.jpg -metadata:s:2 mimetype=image/jpeg -attach "
+        "cover.png -metadata:s:3 mimetype=image/png -metadata:s:3 filename=small.png",
+        "mkv");
+    row("tags of a stream into the file",
+        "-i avs.mkv -i chapters.meta -map 0 -c copy -map_metadata:g 1:g -map_metadata:s:a 0:s:v "
+        "-metadata:s:v title= -metadata comment=a=b",
+        "mkv");
+    row("chapters of another file", "-i av.mp4 -i chapters.mp4 -map 0 -c copy -map_chapters 1",
+        "mkv");
+    row("dispositions by hand",
+        "-i avs.mkv -map 0 -c copy -disposition:s:0 default+forced -disposition:a 0", "mkv");
+    row("tag of a codec", "-i av.mp4 -map 0 -c copy -tag:v avc3", "mp4");
+    row("timestamps kept", "-copyts -ss 0.5 -i av.ts -c copy", "ts");
+    row("another start", "-itsoffset 2 -i v.mp4 -i a.m4a -map 0 -map 1 -c copy", "mkv");
+    row("one frame", "-i av.mp4 -an -frames:v 1 -c:v mjpeg -pix_fmt yuvj420p -update 1", "jpg");
+    row("fragmented mp4",
+        "-i av.mp4 -c copy -frag_duration 500000 -movflags +frag_keyframe+empty_moov", "mp4");
     row("picture to jpg", "-f image2 -pattern_type none -i cover.png -update 1 -bsf:v mjpeg2jpeg",
         "jpg");
     row("picture to png", "-f image2 -pattern_type none -i cover.jpg -update 1", "png");
@@ -244,6 +276,20 @@ void TestRunnerCopy::writesTheSameFileAsTheStockTool_data()
     row("pictures encoded", "-i av.mp4 -map 0 -vf scale=80:-2 -preset ultrafast -vsync vfr", "mp4");
     row("key frames forced",
         "-i av.mp4 -map 0 -force_key_frames 0.500000,1.100000 -preset ultrafast -vsync vfr", "mp4");
+    row("key frames by expression",
+        "-i av.mp4 -map 0 -force_key_frames expr:gte(t,n_forced*0.3) -preset ultrafast -vsync vfr",
+        "mp4");
+    row("key frames at chapters",
+        "-i chapters.mp4 -map 0:v -force_key_frames chapters+0.1,0.3 -preset ultrafast -vsync vfr",
+        "mp4");
+    row("key frames of the source",
+        "-i av.mp4 -map 0:v -force_key_frames source -preset ultrafast -vsync vfr", "mkv");
+    row("repeated", "-stream_loop 2 -i v.mp4 -c copy", "mkv");
+    row("repeated without end", "-stream_loop -1 -i v.mp4 -c copy -t 4", "mp4");
+    row("counted from the end", "-sseof -0.6 -i av.mp4 -c copy", "mp4");
+    row("counted from before the beginning", "-sseof -60 -i av.webm -c copy", "webm");
+    row("shortest, encoded",
+        "-i short.m4a -i v.mp4 -map 0 -map 1 -c:a copy -c:v mpeg4 -shortest -vsync vfr", "mp4");
     row("section encoded", "-ss 0.5 -i av.webm -t 0.5 -preset ultrafast -vsync vfr", "mkv");
 }
 
@@ -284,6 +330,25 @@ void TestRunnerCopy::failsWithTheStockToolsLastLineAndLeavesNothing_data()
     row("nothing to write", "-i a.m4a -an -c copy");
     row("unknown bitstream filter", "-i av.mp4 -c copy -bsf:v nonsense");
     row("time that is none", "-i av.mp4 -t soon -c copy");
+    row("map that is a word", "-i av.mp4 -map video -c copy");
+    row("negative map first", "-i av.mp4 -map -0:a -c copy");
+    row("map with a strange specifier", "-i av.mp4 -map 0:z -c copy");
+    row("decoder of another kind", "-c:v aac -i av.mp4 -c copy");
+    row("encoder of another kind", "-i av.mp4 -c:v aac");
+    row("filter of a copy", "-i av.mp4 -vf scale=80:-2 -c copy");
+    row("size that is none", "-i av.mp4 -s large");
+    row("rate that is none", "-i av.mp4 -r fast");
+    row("number that is none", "-i av.mp4 -c copy -fs much");
+    row("unknown input format", "-f nonsense -i av.mp4 -c copy");
+    row("unknown output format", "-i av.mp4 -c copy -f nonsense");
+    row("unknown pixel format", "-i av.mp4 -pix_fmt nonsense");
+    row("aspect that is none", "-i av.mp4 -c copy -aspect wide");
+    row("tag without a value", "-i av.mp4 -c copy -metadata title");
+    row("tags of a file that is not there", "-i av.mp4 -c copy -map_metadata 4");
+    row("chapters of a file that is not there", "-i av.mp4 -c copy -map_chapters 4");
+    row("attachment that is not there", "-i av.mp4 -c copy -attach nothing.ttf");
+    row("end before the start", "-i av.mp4 -ss 1 -to 0.5 -c copy");
+    row("option without its value", "-i av.mp4 -c copy -map_metadata");
     row("input's option before the output", "-i av.mp4 -itsoffset 1 -c copy");
 }
 

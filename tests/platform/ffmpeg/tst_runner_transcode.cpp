@@ -29,6 +29,9 @@ private Q_SLOTS:
     void fitsUnusualPictures_data();
     void fitsUnusualPictures();
     void keepsTheColoursOfHighDynamicRange();
+    void looksLikeItsSource_data();
+    void looksLikeItsSource();
+    void turnsAQuarter();
     void showsTurnedPicturesUpright();
     void followsASizeThatChangesInTheStream();
     void keepsTagsAndChapters();
@@ -69,6 +72,15 @@ QList<double> timesOf(const QString &path)
     }
     std::sort(times.begin(), times.end());
     return times;
+}
+
+// The mean colour of the first picture, as a player shows it.
+QByteArray colourOf(const QString &path)
+{
+    return runTool(u"ffmpeg"_s, {u"-v"_s, u"error"_s, u"-i"_s, path, u"-vf"_s,
+                                 u"scale=in_range=auto,format=rgb24,scale=1:1:flags=area"_s,
+                                 u"-frames:v"_s, u"1"_s, u"-f"_s, u"rawvideo"_s, u"-"_s})
+        .output;
 }
 
 // How much lighter the top of the first picture is than its bottom.
@@ -124,10 +136,28 @@ void TestRunnerTranscode::makePictures()
                  ffv1 + QStringList{u"-color_primaries"_s, u"bt2020"_s, u"-color_trc"_s,
                                     u"smpte2084"_s, u"-colorspace"_s, u"bt2020nc"_s},
                  u"hdr.mkv"_s));
+    const QStringList range{u"-color_range"_s, u"pc"_s};
+    QVERIFY(make(u"color=0x201008:d=0.4:s=160x90,scale=out_range=full,format=yuv420p"_s,
+                 range + asVp9, u"full.webm"_s));
+    QVERIFY(make(u"color=0x201008:d=0.4:s=160x90,scale=out_range=full,format=yuv444p10le"_s,
+                 range + asVp9, u"full10.webm"_s));
+    QVERIFY(make(u"color=0x201008:d=0.4:s=160x90,scale=out_range=full,format=yuvj420p"_s,
+                 {u"-c:v"_s, u"mjpeg"_s, u"-q:v"_s, u"2"_s}, u"fullj.mkv"_s));
+    QVERIFY(make(u"color=0x201008:d=0.4:s=160x90,format=gbrp"_s, ffv1, u"darkrgb.mkv"_s));
+    QVERIFY(make(u"color=0x201008:d=0.4:s=160x90,format=yuv420p"_s, asVp9, u"dark.webm"_s));
+    // Neither of these says when its pictures, which come in another order, are shown.
+    QVERIFY(make(u"testsrc2=d=0.4:s=160x90:r=25"_s, {u"-c:v"_s, u"mpeg4"_s, u"-bf"_s, u"2"_s},
+                 u"untimed.avi"_s));
+    QVERIFY(make(u"testsrc2=d=0.4:s=160x90:r=25"_s, {u"-c:v"_s, u"libx264"_s, u"-bf"_s, u"2"_s},
+                 u"untimed.h264"_s));
+    QVERIFY(make(u"testsrc2=d=0.4:s=160x90:r=50,interlace"_s,
+                 {u"-c:v"_s, u"mpeg2video"_s, u"-flags"_s, u"+ildct+ilme"_s}, u"fields.ts"_s));
     // White over black; turned by a quarter the white comes to one side.
     QVERIFY(make(u"color=white:d=0.4:s=160x90,pad=160:180:0:0:black"_s, asVp9, u"halves.mp4"_s));
-    QVERIFY(makeMedia({u"-i"_s, path(u"halves.mp4"_s), u"-c"_s, u"copy"_s, u"-metadata:s:v"_s,
-                       u"rotate=180"_s, path(u"turned.mp4"_s)}));
+    for (const QString &angle : {u"90"_s, u"180"_s}) {
+        QVERIFY(makeMedia({u"-i"_s, path(u"halves.mp4"_s), u"-c"_s, u"copy"_s, u"-metadata:s:v"_s,
+                           u"rotate="_s + angle, path(u"turned"_s + angle + u".mp4"_s)}));
+    }
     // Frames come every 40 ms, then one is missing, then there is nothing for an hour.
     QVERIFY(make(u"testsrc2=d=1.2:s=160x90:r=25,select=not(eq(n\\,7)+eq(n\\,8))"_s,
                  QStringList{u"-vsync"_s, u"vfr"_s} + asVp9, u"uneven.webm"_s));
@@ -238,6 +268,10 @@ void TestRunnerTranscode::fitsUnusualPictures_data()
     QTest::newRow("odd height") << u"oddheight.webm"_s << u"h264,160,90,yuv420p"_s;
     QTest::newRow("RGB") << u"rgb.mkv"_s << u"h264,160,90,yuv420p"_s;
     QTest::newRow("10 bits") << u"ten.mkv"_s << u"h264,160,90,yuv420p"_s;
+    QTest::newRow("10 bits, 4:4:4, full range") << u"full10.webm"_s << u"h264,160,90,yuv420p"_s;
+    QTest::newRow("no times of showing") << u"untimed.avi"_s << u"h264,160,90,yuv420p"_s;
+    QTest::newRow("no times at all") << u"untimed.h264"_s << u"h264,160,90,yuv420p"_s;
+    QTest::newRow("fields") << u"fields.ts"_s << u"h264,160,90,yuv420p"_s;
     QTest::newRow("grey") << u"grey.mkv"_s << u"h264,160,90,yuv420p"_s;
 }
 
@@ -257,10 +291,42 @@ void TestRunnerTranscode::keepsTheColoursOfHighDynamicRange()
              QStringList{u"yuv420p,bt2020nc,smpte2084,bt2020"_s});
 }
 
+void TestRunnerTranscode::looksLikeItsSource_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("full range") << u"full.webm"_s;
+    QTest::newRow("full range by the format's name") << u"fullj.mkv"_s;
+    QTest::newRow("full range, 10 bits") << u"full10.webm"_s;
+    QTest::newRow("RGB") << u"darkrgb.mkv"_s;
+    QTest::newRow("usual range") << u"dark.webm"_s;
+}
+
+void TestRunnerTranscode::looksLikeItsSource()
+{
+    QFETCH(const QString, name);
+    QVERIFY(transcodes(name));
+    const QByteArray expected = colourOf(path(name));
+    const QByteArray colour = colourOf(output());
+    QCOMPARE(expected.size(), 3);
+    QCOMPARE(colour.size(), 3);
+    // The pictures are dark: a range that is mistaken for the other shifts them by more than ten.
+    for (qsizetype i = 0; i < 3; ++i) {
+        const int distance = static_cast<uchar>(colour[i]) - static_cast<uchar>(expected[i]);
+        QVERIFY2(std::abs(distance) <= 3, qPrintable(QString::number(distance)));
+    }
+}
+
+void TestRunnerTranscode::turnsAQuarter()
+{
+    QVERIFY(transcodes(u"turned90.mp4"_s));
+    QCOMPARE(streamFacts(output(), u"width,height"_s), QStringList{u"180,160"_s});
+    QVERIFY(std::abs(topOverBottom(output())) < 20); // the white is at a side now
+}
+
 void TestRunnerTranscode::showsTurnedPicturesUpright()
 {
     QVERIFY(topOverBottom(path(u"halves.mp4"_s)) > 100);
-    QVERIFY(transcodes(u"turned.mp4"_s));
+    QVERIFY(transcodes(u"turned180.mp4"_s));
     QVERIFY(topOverBottom(output()) < -100);
     // The picture itself is turned, and nobody is asked to do it again.
     const ToolAnswer stored =
