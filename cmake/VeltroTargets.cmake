@@ -83,3 +83,40 @@ function(veltro_test name)
         set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT})
     endif()
 endfunction()
+
+# veltro_qml_module(<name> URI <dotted name> [SOURCES <files>] [QML <files>] [SINGLETONS <QML files>]
+#                   [SHADERS <files>] [LINK <public libraries>])
+#
+# A library whose QML files and QML_ELEMENT classes are imported as <dotted name>. Linking it is
+# all that a program needs, besides the import path ":/qt/qml". SINGLETONS are named in QML too.
+function(veltro_qml_module name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "URI" "SOURCES;QML;SINGLETONS;SHADERS;LINK")
+    string(REPLACE "." "/" path "${arg_URI}")
+    string(REPLACE "." "_" symbol "${arg_URI}")
+    set_source_files_properties(${arg_SINGLETONS} PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
+    add_library(${name} STATIC ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    qt_add_qml_module(${name}
+        URI ${arg_URI}
+        VERSION 1.0
+        NO_PLUGIN
+        RESOURCE_PREFIX /qt/qml
+        OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/qml/${path}"
+        IMPORT_PATH "${PROJECT_BINARY_DIR}/qml"
+        DEPENDENCIES QtQuick
+        QML_FILES ${arg_QML})
+    target_link_libraries(${name} PUBLIC Qt6::Quick ${arg_LINK})
+    if(arg_SHADERS)
+        qt_add_shaders(${name} "${name}_shaders" PRECOMPILE BATCHABLE
+            PREFIX "/qt/qml/${path}" FILES ${arg_SHADERS})
+    endif()
+    veltro_compile_settings(${name})
+    # The registration includes headers by their bare names, and what the QML compiler writes
+    # shadows names of its own.
+    target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
+    target_compile_options(${name} PRIVATE -Wno-shadow)
+    # Nothing calls the registration by name, so the linker is told that it is needed.
+    string(LENGTH "qml_register_types_${symbol}" length)
+    target_link_options(${name} INTERFACE
+        "LINKER:--undefined=_Z${length}qml_register_types_${symbol}v")
+endfunction()

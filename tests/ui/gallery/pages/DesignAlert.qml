@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import Veltro.Design
+
+/// A question over the window.
+Rectangle {
+    color: Theme.page
+
+    Window.onWindowChanged: if (Window.window)
+        Qt.callLater(() => alert.open())
+
+    Alert {
+        id: alert
+        title: "Downloads are still active"
+        message: "Closing the window stops 2 downloads. What is already on disk stays, and they can be resumed."
+        acceptText: "Quit"
+        cancelText: "Keep Downloading"
+    }
+}

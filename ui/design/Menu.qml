@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Templates as T
+import Veltro.Design
+
+/// A menu of the window's menu bar, or of a right click through popup().
+T.Menu {
+    id: root
+
+    implicitWidth: Math.max(170, contentWidth + leftPadding + rightPadding)
+    implicitHeight: contentHeight + topPadding + bottomPadding
+    padding: 0
+    verticalPadding: 5
+    margins: 4
+    overlap: 1
+    font.family: Theme.family
+    font.pixelSize: 13
+
+    delegate: MenuItem {}
+    contentItem: ListView {
+        implicitHeight: contentHeight
+        model: root.contentModel
+        currentIndex: root.currentIndex
+        interactive: contentHeight > height
+        clip: interactive
+        keyNavigationEnabled: true
+        boundsBehavior: Flickable.StopAtBounds
+    }
+    background: Surface {
+        implicitWidth: 170
+        radius: 10
+        color: Theme.card
+        strokeColor: Theme.hairline
+        strokeWidth: 1
+        shadowColor: Theme.faded("#000000", 0.14)
+        shadowBlur: 20
+        shadowOffsetY: 6
+    }
+    enter: Transition {
+        NumberAnimation {
+            property: "opacity"
+            from: 0
+            to: 1
+            duration: 80
+        }
+    }
+    exit: Transition {
+        NumberAnimation {
+            property: "opacity"
+            to: 0
+            duration: 80
+        }
+    }
+}

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Templates as T
+import Veltro.Design
+
+/// A card over the dimmed window that has the keyboard until it is closed. Escape closes it.
+/// Set width and height where it is used.
+T.Popup {
+    id: root
+
+    property string accessibleName
+
+    parent: T.Overlay.overlay
+    x: parent ? Math.round((parent.width - width) / 2) : 0
+    y: parent ? Math.round((parent.height - height) / 2) : 0
+    modal: true
+    focus: true
+    padding: 0
+    closePolicy: T.Popup.CloseOnEscape
+
+    T.Overlay.modal: Dim {}
+    background: Surface {
+        radius: 16
+        color: Theme.page
+        strokeColor: Theme.hairline
+        strokeWidth: 1
+        shadowColor: Theme.faded("#000000", 0.22)
+        shadowBlur: 44
+        shadowOffsetY: 16
+        Accessible.role: Accessible.Dialog
+        Accessible.name: root.accessibleName
+    }
+    enter: Transition {
+        NumberAnimation {
+            property: "opacity"
+            from: 0
+            to: 1
+            duration: 160
+            easing.type: Easing.OutCubic
+        }
+        NumberAnimation {
+            property: "scale"
+            from: 0.97
+            to: 1
+            duration: 200
+            easing.type: Easing.OutCubic
+        }
+    }
+    exit: Transition {
+        NumberAnimation {
+            property: "opacity"
+            to: 0
+            duration: 120
+        }
+    }
+}

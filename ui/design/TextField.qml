@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Templates as T
+import Veltro.Design
+
+/// One line of text. `framed` draws a ground of its own; without it the field lies on a card.
+T.TextField {
+    id: root
+
+    property bool framed: true
+
+    implicitWidth: 200
+    implicitHeight: contentHeight + topPadding + bottomPadding
+    leftPadding: framed ? 10 : 0
+    rightPadding: leftPadding
+    topPadding: framed ? 7 : 0
+    bottomPadding: topPadding
+    color: Theme.ink
+    selectionColor: Theme.selectedText
+    selectedTextColor: Theme.ink
+    placeholderTextColor: Theme.inkTertiary
+    font.family: Theme.family
+    font.pixelSize: 13
+    selectByMouse: true
+    verticalAlignment: TextInput.AlignVCenter
+    Accessible.role: Accessible.EditableText
+    Accessible.name: placeholderText
+
+    cursorDelegate: Rectangle {
+        id: caret
+
+        width: 2
+        radius: 1
+        color: Theme.accent
+        visible: root.cursorVisible
+
+        Connections {
+            function onCursorPositionChanged() {
+                caret.opacity = 1;
+                blink.restart();
+            }
+            target: root
+        }
+        Timer {
+            id: blink
+            running: root.cursorVisible && Qt.styleHints.cursorFlashTime > 0
+            repeat: true
+            interval: Math.max(1, Qt.styleHints.cursorFlashTime / 2)
+            onTriggered: caret.opacity = caret.opacity > 0 ? 0 : 1
+        }
+    }
+
+    Text {
+        x: root.leftPadding
+        width: root.width - root.leftPadding - root.rightPadding
+        height: root.height
+        visible: root.length === 0 && root.preeditText === ""
+        text: root.placeholderText
+        textFormat: Text.PlainText
+        font: root.font
+        color: root.placeholderTextColor
+        elide: Text.ElideRight
+        verticalAlignment: Text.AlignVCenter
+    }
+    background: Surface {
+        visible: root.framed
+        radius: 8
+        color: Theme.card
+        strokeColor: Theme.hairline
+        strokeWidth: 1
+
+        FocusRing {
+            shown: root.activeFocus && root.framed
+            radius: 10
+            inset: -2
+        }
+    }
+}

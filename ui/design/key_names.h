@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+#include <QKeySequence>
+#include <QObject>
+#include <QVariant>
+#include <QtQml/qqmlregistration.h>
+
+namespace veltro {
+
+/// How keys are written in menus. Main thread.
+class KeyNames : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+public:
+    using QObject::QObject;
+
+    /// A key sequence, or the text of one, in the words of the desktop's language.
+    Q_INVOKABLE static QString text(const QVariant &keys)
+    {
+        return QKeySequence(keys.toString()).toString(QKeySequence::NativeText);
+    }
+};
+
+}
