@@ -41,10 +41,9 @@ void DownloadRow::setRecord(DownloadProgressState *record)
         connect(record, &Record::titleChanged, this, &DownloadRow::titleChanged);
         connect(record, &Record::stateChanged, this, &DownloadRow::updateState);
         connect(record, &Record::localFileURLChanged, this, &DownloadRow::stateChanged);
-        for (const auto changed :
-             {&Record::bytesDoneChanged, &Record::bytesTotalChanged,
-              &Record::speedBytesPerSecondChanged, &Record::etaSecondsChanged,
-              &Record::fragmentIndexChanged, &Record::fragmentCountChanged}) {
+        for (const auto changed : {&Record::bytesDoneChanged, &Record::bytesTotalChanged,
+                                   &Record::speedBytesPerSecondChanged, &Record::etaSecondsChanged,
+                                   &Record::fragmentIndexChanged, &Record::fragmentCountChanged}) {
             connect(record, changed, this, &DownloadRow::updateProgress);
         }
     }

@@ -77,9 +77,8 @@ EmptySection FormatPicker::emptyPlaylist() const
 {
     const int count = m_entries.count();
     if (count == 0) {
-        return {tr("This page is a list, and none of its entries has an address of its own."),
-                {},
-                {}};
+        return {
+            tr("This page is a list, and none of its entries has an address of its own."), {}, {}};
     }
     return {tr("This page is a list. Its entries are saved one by one in your default quality."),
             count == 1 ? tr("Save the one entry") : tr("Save all %1 entries").arg(count),

@@ -37,8 +37,8 @@ inline constexpr std::array formatSections{FormatSection::video, FormatSection::
 
 /// What the picker says and offers where a section lists nothing.
 struct EmptySection {
-    QString reason;              ///< one line
-    QString offer;               ///< the label of the button; empty when nothing is offered
+    QString reason;               ///< one line
+    QString offer;                ///< the label of the button; empty when nothing is offered
     std::optional<Format> format; ///< what the button picks
 
     bool operator==(const EmptySection &) const = default;

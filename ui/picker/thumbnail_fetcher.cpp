@@ -19,11 +19,8 @@ bool isWebAddress(const QUrl &address)
 }
 
 ThumbnailFetcher::ThumbnailFetcher(QUrl address, ThumbnailShape shape, ThumbnailLimits limits)
-    : m_address(std::move(address))
-    , m_shape(shape)
-    , m_limits(limits)
-{
-}
+    : m_address(std::move(address)), m_shape(shape), m_limits(limits)
+{}
 
 ThumbnailFetcher::~ThumbnailFetcher()
 {
@@ -32,39 +29,31 @@ ThumbnailFetcher::~ThumbnailFetcher()
     }
 }
 
-QNetworkRequest ThumbnailFetcher::request() const
-{
-    QNetworkRequest request(m_address);
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::UserVerifiedRedirectPolicy);
-    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    request.setMaximumRedirectsAllowed(m_limits.redirects);
-    // Nothing is unpacked on the way, so that the bound on bytes holds.
-    request.setRawHeader("Accept-Encoding", "identity");
-    return request;
-}
-
 void ThumbnailFetcher::start()
 {
     if (!isWebAddress(m_address)) {
-        finish();
+        Q_EMIT finished({});
         return;
     }
     m_network = new QNetworkAccessManager(this);
-    m_reply = m_network->get(request());
+    // The whole of it, not the pause between two packets.
+    QTimer::singleShot(m_limits.milliseconds, this, [this] { m_reply->abort(); });
+    ask(m_address);
+}
+
+void ThumbnailFetcher::ask(const QUrl &address)
+{
+    QNetworkRequest request(address);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::ManualRedirectPolicy);
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    // Nothing is unpacked on the way, so that the bound on bytes holds.
+    request.setRawHeader("Accept-Encoding", "identity");
+    m_reply = m_network->get(request);
     m_reply->setReadBufferSize(64 * 1024);
-    connect(m_reply, &QNetworkReply::redirected, this, [this](const QUrl &target) {
-        if (isWebAddress(target)) {
-            Q_EMIT m_reply->redirectAllowed();
-        } else {
-            m_reply->abort();
-        }
-    });
     connect(m_reply, &QNetworkReply::readyRead, this, &ThumbnailFetcher::takeBytes);
     connect(m_reply, &QNetworkReply::finished, this, &ThumbnailFetcher::finish);
-    // The whole of it, not the pause between two packets.
-    QTimer::singleShot(m_limits.milliseconds, m_reply, &QNetworkReply::abort);
 }
 
 void ThumbnailFetcher::takeBytes()
@@ -77,14 +66,28 @@ void ThumbnailFetcher::takeBytes()
 
 void ThumbnailFetcher::finish()
 {
-    QImage picture;
-    if (m_reply && m_reply->error() == QNetworkReply::NoError) {
-        m_data += m_reply->read(m_limits.bytes + 1 - m_data.size());
-        if (m_data.size() <= m_limits.bytes) {
-            picture = thumbnailPicture(m_data, m_shape);
-        }
+    if (m_reply->error() != QNetworkReply::NoError) {
+        Q_EMIT finished({});
+        return;
     }
-    Q_EMIT finished(picture);
+    const QUrl target = m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
+    if (!target.isEmpty()) {
+        follow(m_reply->url().resolved(target));
+        return;
+    }
+    takeBytes();
+    Q_EMIT finished(m_data.size() <= m_limits.bytes ? thumbnailPicture(m_data, m_shape) : QImage());
+}
+
+void ThumbnailFetcher::follow(const QUrl &target)
+{
+    if (++m_redirects > m_limits.redirects || !isWebAddress(target)) {
+        Q_EMIT finished({});
+        return;
+    }
+    m_data.clear();
+    m_reply->deleteLater();
+    ask(target);
 }
 
 }

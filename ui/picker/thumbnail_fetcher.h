@@ -3,7 +3,6 @@
 #pragma once
 #include "ui/picker/thumbnail_picture.h"
 
-#include <QNetworkRequest>
 #include <QObject>
 #include <QUrl>
 
@@ -39,9 +38,10 @@ Q_SIGNALS:
     void finished(const QImage &picture);
 
 private:
-    [[nodiscard]] QNetworkRequest request() const;
+    void ask(const QUrl &address);
     void takeBytes();
     void finish();
+    void follow(const QUrl &target);
 
     // Constant after construction.
     const QUrl m_address;
@@ -51,6 +51,7 @@ private:
     QNetworkAccessManager *m_network = nullptr;
     QNetworkReply *m_reply = nullptr;
     QByteArray m_data;
+    int m_redirects = 0;
 };
 
 }

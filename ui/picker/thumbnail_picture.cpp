@@ -39,8 +39,7 @@ QImage cutToShape(const QImage &picture, const ThumbnailShape &shape)
     QPainterPath outline;
     outline.addRoundedRect(QRectF(QPointF(), shape.pixels), shape.radius, shape.radius);
     painter.setClipPath(outline);
-    const QSizeF size =
-        QSizeF(picture.size()).scaled(shape.pixels, Qt::KeepAspectRatioByExpanding);
+    const QSizeF size = QSizeF(picture.size()).scaled(shape.pixels, Qt::KeepAspectRatioByExpanding);
     painter.drawImage(QRectF((shape.pixels.width() - size.width()) / 2,
                              (shape.pixels.height() - size.height()) / 2, size.width(),
                              size.height()),

@@ -22,14 +22,16 @@ constexpr std::array<AudioFormatChoice, 4> audioFormatChoices{
     {{"M4A", "m4a"}, {"MP3", "mp3"}, {"Opus", "opus"}, {"FLAC", "flac"}}};
 
 /// The place of the first element that fits; -1 when there is none.
-template <typename Range, typename Fits> int placeOf(const Range &range, Fits fits)
+template <typename Range, typename Fits>
+int placeOf(const Range &range, Fits fits)
 {
     const auto found = std::find_if(std::begin(range), std::end(range), fits);
     return found == std::end(range) ? -1
                                     : static_cast<int>(std::distance(std::begin(range), found));
 }
 
-template <typename Range> bool isPlaceIn(const Range &range, int index)
+template <typename Range>
+bool isPlaceIn(const Range &range, int index)
 {
     return index >= 0 && static_cast<std::size_t>(index) < std::size(range);
 }
@@ -38,12 +40,10 @@ template <typename Range> bool isPlaceIn(const Range &range, int index)
 
 SettingsModel::SettingsModel(QObject *parent)
     : SettingsModel([](const Preferences &preferences) { preferences.save(); }, parent)
-{
-}
+{}
 
 SettingsModel::SettingsModel(Save save, QObject *parent) : QObject(parent), m_save(std::move(save))
-{
-}
+{}
 
 void SettingsModel::setPreferences(const Preferences &preferences)
 {
@@ -61,7 +61,8 @@ void SettingsModel::setPreferences(const Preferences &preferences)
     }
 }
 
-template <typename Value> void SettingsModel::edit(Value Preferences::*field, const Value &value)
+template <typename Value>
+void SettingsModel::edit(Value Preferences::*field, const Value &value)
 {
     if (m_preferences.*field != value) {
         Preferences changed = m_preferences;

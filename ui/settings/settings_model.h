@@ -29,8 +29,8 @@ class SettingsModel : public QObject {
     Q_PROPERTY(
         bool writeSubtitles READ writeSubtitles WRITE setWriteSubtitles NOTIFY preferencesChanged)
     Q_PROPERTY(bool wifiOnly READ wifiOnly WRITE setWifiOnly NOTIFY preferencesChanged)
-    Q_PROPERTY(
-        QString outputTemplate READ outputTemplate WRITE setOutputTemplate NOTIFY preferencesChanged)
+    Q_PROPERTY(QString outputTemplate READ outputTemplate WRITE setOutputTemplate NOTIFY
+                   preferencesChanged)
     /// The typed text while it is being typed, the stored codes otherwise.
     Q_PROPERTY(QString languages READ languages WRITE setLanguages NOTIFY languagesChanged)
     Q_PROPERTY(bool languagesFocused READ languagesFocused WRITE setLanguagesFocused NOTIFY
@@ -71,7 +71,8 @@ Q_SIGNALS:
     void edited(const veltro::Preferences &preferences);
 
 private:
-    template <typename Value> void edit(Value Preferences::*field, const Value &value);
+    template <typename Value>
+    void edit(Value Preferences::*field, const Value &value);
 
     const Save m_save;
     Preferences m_preferences;
