@@ -46,6 +46,8 @@ class MacAppStore : public QObject {
                    selectedTabChanged)
     Q_PROPERTY(veltro::ActiveDownloads *activeDownloads READ activeDownloads CONSTANT)
     Q_PROPERTY(bool hasPendingFormatPick READ hasPendingFormatPick NOTIFY pendingFormatPickChanged)
+    Q_PROPERTY(veltro::FormatPickRequest pendingFormatPick READ pendingFormatPickValue NOTIFY
+                   pendingFormatPickChanged)
     Q_PROPERTY(veltro::Preferences preferences READ preferences WRITE setPreferences NOTIFY
                    preferencesChanged)
     Q_PROPERTY(QString engineError READ engineErrorText NOTIFY engineErrorChanged)
@@ -90,7 +92,12 @@ public:
         return m_pendingFormatPick;
     }
     [[nodiscard]] bool hasPendingFormatPick() const { return m_pendingFormatPick.has_value(); }
+    [[nodiscard]] FormatPickRequest pendingFormatPickValue() const
+    {
+        return m_pendingFormatPick.value_or(FormatPickRequest());
+    }
     void setPendingFormatPick(const std::optional<FormatPickRequest> &request);
+    Q_INVOKABLE void clearPendingFormatPick() { setPendingFormatPick(std::nullopt); }
     [[nodiscard]] const Preferences &preferences() const { return m_preferences; }
     /// Does not save them.
     void setPreferences(const Preferences &preferences);
@@ -145,7 +152,7 @@ public:
     Q_INVOKABLE void beginLink(const QUrl &url);
     Q_INVOKABLE void beginPaste();
     Q_INVOKABLE void beginDownload(const QUrl &url, const QString &formatID);
-    void beginFormatPick(const QUrl &url, const Format &format);
+    Q_INVOKABLE void beginFormatPick(const QUrl &url, const veltro::Format &format);
     Q_INVOKABLE void beginRetry(const QUuid &id);
 
     /// Submits the link that a request of the system carries in its item "url".
