@@ -6,6 +6,8 @@
 #include "platform/ffmpeg/media_duration.h"
 #include "platform/ffmpeg/probe_command.h"
 #include "platform/ffmpeg/runner_session.h"
+#include "platform/ffmpeg/safe_input.h"
+#include "platform/ffmpeg/session_log.h"
 #include "platform/ffmpeg/still_image.h"
 #include "platform/ffmpeg/stream_probe.h"
 
@@ -35,6 +37,8 @@ public:
     {
         return readDuration(file);
     }
+    const char *localDemuxers() const noexcept override { return ffmpeg::localDemuxers(); }
+    void keepLog() noexcept override { SessionLog::takeCallback(); }
 };
 
 }

@@ -74,6 +74,15 @@ public:
     /// knows. Reads no other file.
     [[nodiscard]] virtual std::optional<double>
     duration(const std::filesystem::path &file) noexcept = 0;
+
+    // For what plays files with these libraries by other means than ours.
+
+    /// The demuxers that a local file may be read by, as a format_whitelist: none that reads files
+    /// or addresses named inside the file.
+    [[nodiscard]] virtual const char *localDemuxers() const noexcept = 0;
+    /// Another user of the libraries has taken their one log callback, at its start or its end:
+    /// sessions that run get it back.
+    virtual void keepLog() noexcept = 0;
 };
 
 /// The module that holds the FFmpeg libraries is missing from the bundle or cannot be loaded.

@@ -102,6 +102,11 @@ SessionLog::SessionLog() : m_level(AV_LOG_INFO)
         const std::lock_guard guard(live.lock);
         live.logs.push_back(this);
     }
+    takeCallback();
+}
+
+void SessionLog::takeCallback()
+{
     av_log_set_callback(&SessionLog::receive);
 }
 

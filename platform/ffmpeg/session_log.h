@@ -23,6 +23,8 @@ public:
     /// Takes the libraries' callback, also when another library took it in the meantime.
     SessionLog();
     ~SessionLog();
+    /// Takes the libraries' callback back from a library that took it while logs were alive.
+    static void takeCallback();
     SessionLog(const SessionLog &) = delete;
     SessionLog &operator=(const SessionLog &) = delete;
 
