@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+pragma ComponentBehavior: Bound
 import QtQuick
 import Veltro.Design
 
@@ -30,21 +31,23 @@ Item {
         Repeater {
             model: 12
             delegate: Rectangle {
+                id: spoke
+
                 required property int index
                 readonly property real unit: root.width / 16
 
                 x: (root.width - width) / 2
                 y: 0
-                width: Math.max(1.2, 1.5 * unit)
-                height: 4.2 * unit
+                width: Math.max(1.2, 1.5 * spoke.unit)
+                height: 4.2 * spoke.unit
                 radius: width / 2
                 antialiasing: true
                 color: root.color
-                opacity: 0.2 + 0.8 * ((index - wheel.turn + 11) % 12) / 11
+                opacity: 0.2 + 0.8 * ((spoke.index - wheel.turn + 11) % 12) / 11
                 transform: Rotation {
-                    origin.x: 0.75 * unit
+                    origin.x: 0.75 * spoke.unit
                     origin.y: root.height / 2
-                    angle: index * 30
+                    angle: spoke.index * 30
                 }
             }
         }

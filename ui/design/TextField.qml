@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Templates as T
 import Veltro.Design
@@ -44,9 +45,11 @@ T.TextField {
         }
         Timer {
             id: blink
-            running: root.cursorVisible && Qt.styleHints.cursorFlashTime > 0
+            // The hints of the style have no type that a linter could see.
+            readonly property int period: Qt.styleHints.cursorFlashTime // qmllint disable
+            running: root.cursorVisible && period > 0
             repeat: true
-            interval: Math.max(1, Qt.styleHints.cursorFlashTime / 2)
+            interval: Math.max(1, period / 2)
             onTriggered: caret.opacity = caret.opacity > 0 ? 0 : 1
         }
     }

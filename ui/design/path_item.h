@@ -48,7 +48,7 @@ private:
 };
 
 /// A line icon of the design: `stroke` in units of its square, or filled.
-class LineIcon : public PathItem {
+class LineIcon : public veltro::PathItem { // in full: the registration of types looks for it so
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(double stroke READ stroke WRITE setStroke NOTIFY drawingChanged)
@@ -71,7 +71,7 @@ private:
 };
 
 /// A symbol that stands in a text: as large and as heavy as the text's font.
-class Symbol : public PathItem {
+class Symbol : public veltro::PathItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(double size READ size WRITE setSize NOTIFY drawingChanged)

@@ -8,7 +8,7 @@ Rectangle {
     color: Theme.page
 
     Window.onWindowChanged: if (Window.window)
-        Qt.callLater(() => alert.open())
+        Qt.callLater(() => alert.open()) // qmllint disable
 
     Alert {
         id: alert

@@ -10,7 +10,7 @@ Rectangle {
     color: Theme.page
 
     Window.onWindowChanged: if (Window.window)
-        Qt.callLater(() => file.popup(12, 34))
+        Qt.callLater(() => file.popup(12, 34)) // qmllint disable
 
     MenuBar {
         width: parent.width
