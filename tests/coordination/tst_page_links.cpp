@@ -39,8 +39,7 @@ void TestPageLinks::onlyAWebAddressIsAPageLink_data()
     row("empty", {}, {});
     row("a file", QStringLiteral("file:///etc/passwd"), {});
     row("begins alike", QStringLiteral("httpx://example.org"), {});
-    row("no host is the engine's to refuse", QStringLiteral("http://"),
-        QStringLiteral("http://"));
+    row("no host is the engine's to refuse", QStringLiteral("http://"), QStringLiteral("http://"));
     row("script", QStringLiteral("javascript:alert(1)"), {});
     row("a bad port", QStringLiteral("http://example.org:port/"), {});
 }
