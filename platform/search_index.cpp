@@ -29,6 +29,32 @@ bool isAccent(char32_t c)
            (c >= 0x1DC0 && c <= 0x1DFF) || (c >= 0x20D0 && c <= 0x20FF);
 }
 
+/// Letters that people type as others, though no accent tells them apart.
+QString typedAs(char32_t c)
+{
+    switch (c) {
+    case U'\u00DF':
+        return QStringLiteral("ss");
+    case U'\u00E6':
+        return QStringLiteral("ae");
+    case U'\u0153':
+        return QStringLiteral("oe");
+    case U'\u00F0':
+    case U'\u0111':
+        return QStringLiteral("d");
+    case U'\u00F8':
+        return QStringLiteral("o");
+    case U'\u00FE':
+        return QStringLiteral("th");
+    case U'\u0131':
+        return QStringLiteral("i");
+    case U'\u0142':
+        return QStringLiteral("l");
+    default:
+        return QString::fromUcs4(&c, 1);
+    }
+}
+
 /// Scripts that are written without blanks between words.
 bool isWrittenWithoutBlanks(char32_t c)
 {
@@ -203,7 +229,7 @@ QString foldedForSearch(const QString &text)
         if (isWordOfItsOwn || (afterWordOfItsOwn && !isMark)) {
             folded += QLatin1Char(' ');
         }
-        folded += QString::fromUcs4(&c, 1);
+        folded += typedAs(c);
         // A mark belongs to the letter before it.
         afterWordOfItsOwn = isMark ? afterWordOfItsOwn : isWordOfItsOwn;
     }

@@ -42,8 +42,8 @@ PRAGMA user_version = 1;
 )sql";
 
 constexpr const char *itemColumns =
-    "identifier, domain, content_type, title, description, duration, content_url, "
-    "thumbnail_url, keywords";
+    "items.identifier, items.domain, items.content_type, items.title, items.description, "
+    "items.duration, items.content_url, items.thumbnail_url, items.keywords";
 
 }
 

@@ -1,0 +1,281 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "library/completion_notifier.h"
+#include "platform/notices.h"
+#include "tests/platform/private_bus.h"
+
+#include <QCoro/QCoroTask>
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QTest>
+#include <QUuid>
+
+using namespace veltro;
+
+namespace {
+
+const QString service = QStringLiteral("org.freedesktop.Notifications");
+
+/// A notice as the daemon has it.
+struct Shown {
+    QString summary;
+    QString body;
+    QString category;
+    bool operator==(const Shown &) const = default;
+};
+
+/// A permission that changes only by what the user answers.
+class AskingCenter final : public NoticeCenter {
+public:
+    AuthorizationStatus status = AuthorizationStatus::notDetermined;
+    bool answer = true;
+    bool asksInVain = false; // the answer stays open, and the question fails
+    int questions = 0;
+    std::vector<Notice> posted;
+
+    QCoro::Task<AuthorizationStatus> authorizationStatus() override { co_return status; }
+    QCoro::Task<bool> requestAuthorization() override
+    {
+        ++questions;
+        if (asksInVain) {
+            throw NoticeError("nobody is there");
+        }
+        status = answer ? AuthorizationStatus::authorized : AuthorizationStatus::denied;
+        co_return answer;
+    }
+    QCoro::Task<void> add(Notice notice) override
+    {
+        posted.push_back(std::move(notice));
+        co_return;
+    }
+};
+
+QCoro::Task<bool> isRefused(NoticeCenter &center)
+{
+    Notice notice;
+    notice.title = QStringLiteral("Title");
+    try {
+        co_await center.add(notice);
+    } catch (const NoticeError &) {
+        co_return true;
+    }
+    co_return false;
+}
+
+struct Asking {
+    Asking() : center(new AskingCenter), notifier(std::unique_ptr<NoticeCenter>(center)) {}
+    void finish(const char *title) { QCoro::waitFor(notifier.notify(QLatin1String(title))); }
+    AskingCenter *const center;
+    CompletionNotifier notifier;
+};
+
+}
+
+/// Against a real notification daemon, on a bus and a display of its own.
+class TestNotices : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void cleanup();
+    void cleanupTestCase();
+    void withoutAServiceNoticesAreDeniedAndThrow();
+    void aNoticeReachesTheScreenWithItsTextAsItIs_data();
+    void aNoticeReachesTheScreenWithItsTextAsItIs();
+    void theIdentifierDecidesWhatTakesAPlace();
+    void aFinishedDownloadIsAnnouncedByItsTitle();
+    void theUserIsAskedOnceAndTheAnswerHolds();
+    void aQuestionThatFailsCountsAsARefusalForGood();
+
+private:
+    void startDaemon(const QByteArray &markup);
+    void stopDaemon();
+    QList<Shown> takeShown();
+
+    PrivateBus m_bus;
+    QTemporaryDir m_folder;
+    QProcess m_display;
+    QProcess m_daemon;
+};
+
+void TestNotices::initTestCase()
+{
+    QVERIFY(m_bus.start());
+    m_display.setStandardErrorFile(QProcess::nullDevice());
+    m_display.start(QStringLiteral("Xvfb"),
+                    {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-nolisten"),
+                     QStringLiteral("tcp"), QStringLiteral("-screen"), QStringLiteral("0"),
+                     QStringLiteral("640x480x24")});
+    QTRY_VERIFY_WITH_TIMEOUT(m_display.canReadLine(), 30'000);
+    qputenv("DISPLAY", ":" + m_display.readLine().trimmed());
+    qputenv("XDG_CONFIG_HOME", m_folder.path().toUtf8());
+}
+
+void TestNotices::cleanup()
+{
+    stopDaemon();
+}
+
+void TestNotices::cleanupTestCase()
+{
+    m_display.kill();
+    m_display.waitForFinished();
+}
+
+void TestNotices::startDaemon(const QByteArray &markup)
+{
+    QFile file(m_folder.filePath(QStringLiteral("dunstrc")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("[global]\nstack_duplicates = false\nmarkup = " + markup +
+               "\nformat = \"%s\\n%b\"\n");
+    file.close();
+    m_daemon.setStandardErrorFile(QProcess::nullDevice());
+    m_daemon.start(QStringLiteral("dunst"), {QStringLiteral("-conf"), file.fileName()});
+    QVERIFY(waitForName(QDBusConnection::sessionBus(), service));
+}
+
+void TestNotices::stopDaemon()
+{
+    if (m_daemon.state() == QProcess::NotRunning) {
+        return;
+    }
+    m_daemon.terminate();
+    m_daemon.waitForFinished();
+    QTRY_VERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(service));
+}
+
+QList<Shown> TestNotices::takeShown()
+{
+    const auto command = [](const char *method) {
+        return QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
+            service, QStringLiteral("/org/freedesktop/Notifications"),
+            QStringLiteral("org.dunstproject.cmd0"), QLatin1String(method)));
+    };
+    command("NotificationCloseAll");
+    const QDBusMessage answer = command("NotificationListHistory");
+    QList<Shown> shown;
+    const auto list = answer.arguments().value(0).value<QDBusArgument>();
+    list.beginArray();
+    while (!list.atEnd()) {
+        QVariantMap entry;
+        list >> entry;
+        shown.prepend({entry.value(QStringLiteral("summary")).toString(),
+                       entry.value(QStringLiteral("body")).toString(),
+                       entry.value(QStringLiteral("category")).toString()});
+    }
+    list.endArray();
+    return shown;
+}
+
+void TestNotices::withoutAServiceNoticesAreDeniedAndThrow()
+{
+    DBusNoticeCenter center;
+    QCOMPARE(QCoro::waitFor(center.authorizationStatus()), AuthorizationStatus::denied);
+    QVERIFY(!QCoro::waitFor(center.requestAuthorization()));
+    QVERIFY(QCoro::waitFor(isRefused(center)));
+    // Nothing escapes the notifier: there is nobody to tell.
+    CompletionNotifier notifier(std::make_unique<DBusNoticeCenter>());
+    QCoro::waitFor(notifier.notify(QStringLiteral("A film")));
+}
+
+void TestNotices::aNoticeReachesTheScreenWithItsTextAsItIs_data()
+{
+    QTest::addColumn<QByteArray>("markup");
+    QTest::addColumn<QString>("body");
+    const QString title = QStringLiteral("A <b>bold</b> & \"brash\" film");
+    QTest::newRow("a service that reads markup") << QByteArray("full") << title.toHtmlEscaped();
+    QTest::newRow("a service that reads none") << QByteArray("no") << title;
+}
+
+void TestNotices::aNoticeReachesTheScreenWithItsTextAsItIs()
+{
+    QFETCH(const QByteArray, markup);
+    QFETCH(const QString, body);
+    startDaemon(markup);
+    DBusNoticeCenter center;
+    QCOMPARE(QCoro::waitFor(center.authorizationStatus()), AuthorizationStatus::authorized);
+    Notice notice;
+    notice.identifier = QStringLiteral("1");
+    notice.title = QStringLiteral("Title");
+    notice.body = QStringLiteral("A <b>bold</b> & \"brash\" film");
+    QCoro::waitFor(center.add(notice));
+    QCOMPARE(takeShown(),
+             (QList<Shown>{{notice.title, body, QStringLiteral("transfer.complete")}}));
+}
+
+void TestNotices::theIdentifierDecidesWhatTakesAPlace()
+{
+    startDaemon("no");
+    DBusNoticeCenter center;
+    const auto add = [&](const char *identifier, const char *body) {
+        QCoro::waitFor(center.add(
+            {QLatin1String(identifier), QStringLiteral("t"), QLatin1String(body), true}));
+    };
+    add("one", "first");
+    add("two", "second");
+    add("one", "third");
+    QStringList bodies;
+    for (const Shown &shown : takeShown()) {
+        bodies += shown.body;
+    }
+    bodies.sort();
+    QCOMPARE(bodies, (QStringList{QStringLiteral("second"), QStringLiteral("third")}));
+}
+
+void TestNotices::aFinishedDownloadIsAnnouncedByItsTitle()
+{
+    startDaemon("no");
+    CompletionNotifier notifier(std::make_unique<DBusNoticeCenter>());
+    const QString nasty = QStringLiteral("line\nbreak\u202E\U0001F3AC") + QChar(0xD800);
+    QCoro::waitFor(notifier.notify(QStringLiteral("A film")));
+    QCoro::waitFor(notifier.notify(QStringLiteral("A film")));
+    QCoro::waitFor(notifier.notify(nasty));
+    const QList<Shown> shown = takeShown();
+    QCOMPARE(shown.size(), 3);
+    for (const Shown &notice : shown) {
+        QCOMPARE(notice.summary, QStringLiteral("Saved to your library"));
+    }
+    QCOMPARE(shown.at(0).body, QStringLiteral("A film"));
+    QCOMPARE(shown.at(1).body, QStringLiteral("A film"));
+}
+
+void TestNotices::theUserIsAskedOnceAndTheAnswerHolds()
+{
+    Asking willing;
+    willing.finish("one");
+    willing.finish("two");
+    QCOMPARE(willing.center->questions, 1);
+    QCOMPARE(willing.center->posted.size(), size_t(2));
+    const Notice &first = willing.center->posted.front();
+    QCOMPARE(first.title, QStringLiteral("Saved to your library"));
+    QCOMPARE(first.body, QStringLiteral("one"));
+    QVERIFY(first.defaultSound);
+    QVERIFY(!QUuid::fromString(first.identifier).isNull());
+    QVERIFY(first.identifier != willing.center->posted.back().identifier);
+
+    Asking unwilling;
+    unwilling.center->answer = false;
+    unwilling.finish("one");
+    unwilling.finish("two");
+    QCOMPARE(unwilling.center->questions, 1);
+    QVERIFY(unwilling.center->posted.empty());
+
+    Asking quiet;
+    quiet.center->status = AuthorizationStatus::provisional;
+    quiet.finish("one");
+    QCOMPARE(quiet.center->questions, 0);
+    QCOMPARE(quiet.center->posted.size(), size_t(1));
+}
+
+void TestNotices::aQuestionThatFailsCountsAsARefusalForGood()
+{
+    Asking asking;
+    asking.center->asksInVain = true;
+    asking.finish("one");
+    asking.center->asksInVain = false;
+    asking.finish("two");
+    QCOMPARE(asking.center->questions, 1);
+    QVERIFY(asking.center->posted.empty());
+}
+
+QTEST_GUILESS_MAIN(TestNotices)
+#include "tst_notices.moc"
