@@ -15,6 +15,7 @@ sys.dont_write_bytecode = True
 import pathlib
 
 import engine_benches
+import runner_benches
 from measuring import Place
 
 BENCHES = {
@@ -22,6 +23,9 @@ BENCHES = {
     "first-probe": engine_benches.first_probe,
     "probe": engine_benches.warm_probe,
     "save": engine_benches.save,
+    "remux": runner_benches.remux,
+    "transcode": runner_benches.transcode,
+    "transcode-as-used": runner_benches.transcode_as_used,
 }
 
 
