@@ -105,7 +105,7 @@ def remux(place):
     yield from merging(place, 2_000_000, 0.25, 21)
     # The large file is made by repeating, and goes with the bench.
     folder = bench_folder(place)
-    small = make(folder, "video30.mp4", "-f", "lavfi", "-i", "testsrc2=s=1280x720:r=30:d=5",
+    small = make(folder, "noise.mp4", "-f", "lavfi", "-i", "testsrc2=s=1280x720:r=30:d=1",
                  "-vf", "noise=alls=100:allf=t", "-c:v", "libx264", "-preset", "ultrafast",
                  "-qp", "12", "-pix_fmt", "yuv420p")
     rounds = max(1, 500_000_000 // os.path.getsize(small))
@@ -114,7 +114,7 @@ def remux(place):
     ours, theirs = (str(folder / f"{name}.mp4") for name in ("ours", "theirs"))
     try:
         tool(["-y", "-stream_loop", str(rounds - 1), "-i", small, "-c", "copy", large])
-        tool(["-y", "-f", "lavfi", "-i", f"sine=d={5 * rounds}", sound])
+        tool(["-y", "-f", "lavfi", "-i", f"sine=d={rounds}", sound])
         with media_runner(place) as run:
             times = paired(lambda: run(merge(large, sound, ours))[0],
                            lambda: tool(merge(large, sound, theirs))[0], 7)
