@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+#include "platform/notices.h"
+#include "platform/pasteboard.h"
+#include "platform/workspace.h"
+
+#include <vector>
+
+namespace veltro {
+
+// Desktops that keep what they are told. Main thread.
+
+class FakeWorkspace final : public Workspace {
+public:
+    bool open(const QUrl &) override { return false; }
+    using Workspace::reveal;
+    void reveal(const QList<QUrl> &) override {}
+    bool openWebPage(const QUrl &) override { return false; }
+    void beep() override { ++beeps; }
+    void haptic() override { ++ticks; }
+
+    int beeps = 0;
+    int ticks = 0;
+};
+
+class FakePasteboard final : public Pasteboard {
+public:
+    [[nodiscard]] std::optional<QString> text() const override { return held; }
+    void setText(const QString &text) override { held = text; }
+
+    std::optional<QString> held;
+};
+
+/// What a fake notice center was given; outlives it.
+struct NoticeBoard {
+    bool refuses = false;
+    std::vector<Notice> posted;
+};
+
+class FakeNoticeCenter final : public NoticeCenter {
+public:
+    explicit FakeNoticeCenter(NoticeBoard &board) : m_board(board) {}
+
+    QCoro::Task<AuthorizationStatus> authorizationStatus() override
+    {
+        co_return AuthorizationStatus::authorized;
+    }
+    QCoro::Task<bool> requestAuthorization() override { co_return true; }
+    QCoro::Task<void> add(Notice notice) override
+    {
+        if (m_board.refuses) {
+            throw NoticeError("no service");
+        }
+        m_board.posted.push_back(notice);
+        co_return;
+    }
+
+private:
+    NoticeBoard &m_board;
+};
+
+}
