@@ -5,6 +5,7 @@
 #include "engine/runtime/environment.h"
 #include "tools/veltro-engine/engine_commands.h"
 #include "tools/veltro-engine/media_commands.h"
+#include "tools/veltro-engine/submit_command.h"
 
 #include <QCoreApplication>
 #include <QHash>
@@ -20,9 +21,8 @@ using EngineCommand = QCoro::Task<int> (*)(QStringList);
 using MediaCommand = int (*)(const QStringList &);
 
 const QHash<QString, EngineCommand> engineCommands{
-    {QStringLiteral("probe"), probeCommand},
-    {QStringLiteral("save"), saveCommand},
-    {QStringLiteral("ready"), readyCommand},
+    {QStringLiteral("probe"), probeCommand},   {QStringLiteral("save"), saveCommand},
+    {QStringLiteral("submit"), submitCommand}, {QStringLiteral("ready"), readyCommand},
     {QStringLiteral("python"), pythonCommand},
 };
 
@@ -43,6 +43,7 @@ int usage()
     std::fputs("usage: veltro-engine probe URL… [--cookies FILE]\n"
                "       veltro-engine save URL… --dir FOLDER [--format SELECTOR] [--template TEXT]\n"
                "                     [--cookies FILE] [--cancel-after-bytes COUNT] [--progress]\n"
+               "       veltro-engine submit URL… [--format SELECTOR]\n"
                "       veltro-engine ready\n"
                "       veltro-engine python SCRIPT ARG…\n"
                "       veltro-engine ffmpeg ARG… | ffprobe ARG… | codec FILE | transcode FILE\n"
