@@ -14,6 +14,7 @@ sys.dont_write_bytecode = True
 
 import pathlib
 
+import coordination_benches
 import engine_benches
 import runner_benches
 from measuring import Place
@@ -26,6 +27,8 @@ BENCHES = {
     "remux": runner_benches.remux,
     "transcode": runner_benches.transcode,
     "transcode-as-used": runner_benches.transcode_as_used,
+    "events": coordination_benches.events,
+    "queue": coordination_benches.queue,
 }
 
 
