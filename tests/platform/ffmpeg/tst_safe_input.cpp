@@ -224,7 +224,7 @@ void TestSafeInput::takesOptionsAndLeavesWhatNobodyKnows()
 {
     AVDictionary *raw = nullptr;
     av_dict_set(&raw, "probesize", "100000", 0);
-    av_dict_set(&raw, "scan_all_pmts", "1", 0); // the demuxer's own
+    av_dict_set(&raw, "scan_all_pmts", "1", 0);    // the demuxer's own
     av_dict_set(&raw, "max_streams", "100000", 0); // within our own limit
     av_dict_set(&raw, "nonsense", "1", 0);
     DictionaryPtr options(raw);
