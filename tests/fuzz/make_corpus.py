@@ -84,7 +84,7 @@ def main(folder):
                                          encoding="utf-8")
     shutil.copyfile(HERE / "arguments.txt", folder / "arguments.txt")
     for found in sorted((HERE / "found").glob("*")):
-        if found.suffix != ".arguments":
+        if found.suffix not in ("", ".arguments"):
             shutil.copyfile(found, files / found.name)
 
 
