@@ -26,6 +26,8 @@ class TestRunnerSession : public QObject {
 private Q_SLOTS:
     void initTestCase();
     void sessionsAtOnceKeepTheirLogsApart();
+    void aCancelledRunLeavesAnotherAlone();
+    void conversionsAtOnceGiveTheFileThatOneGives();
     void aSessionCancelledBeforeItsRunDoesNothing();
     void cancellingACopyLeavesNothing();
     void cancellingALargeConversionEndsItSoon();
@@ -122,6 +124,68 @@ void TestRunnerSession::sessionsAtOnceKeepTheirLogsApart()
     }
     for (const QByteArray &fault : faults) {
         QVERIFY2(fault.isEmpty(), fault.constData());
+    }
+}
+
+void TestRunnerSession::aCancelledRunLeavesAnotherAlone()
+{
+    // One reads at the pace of playing, so it is under way for as long as the other needs.
+    FileServer server(QDir(m_folder.path()));
+    const auto doomed = mediaTools().makeSession();
+    const auto other = mediaTools().makeSession();
+    int doomedCode = -1;
+    int otherCode = -1;
+    const QString doomedOutput = path(u"doomed.mkv"_s);
+    std::thread doomedRunner([&] {
+        doomedCode =
+            doomed->run(argumentsOf(QStringList{u"-re"_s, u"-i"_s, server.address(u"av.ts"_s)} +
+                                    wordsOf("-preset ultrafast") + QStringList{doomedOutput}));
+    });
+    const bool began = QTest::qWaitFor([&] { return doomed->progress().positionSeconds > 0; });
+    std::thread otherRunner([&] {
+        otherCode = other->run(argumentsOf(QStringList{u"-y"_s, u"-i"_s, path(u"av.mp4"_s)} +
+                                           wordsOf("-preset ultrafast") +
+                                           QStringList{path(u"whole.mkv"_s)}));
+    });
+    const bool bothRun = QTest::qWaitFor([&] { return other->progress().positionSeconds > 0; });
+    doomed->cancel();
+    doomedRunner.join();
+    otherRunner.join();
+    QVERIFY(began && bothRun);
+    QCOMPARE(doomedCode, 255);
+    QVERIFY(!QFile::exists(doomedOutput));
+    QVERIFY2(otherCode == 0, other->log().c_str());
+    QVERIFY(other->progress().positionSeconds > 3.8);
+    QVERIFY(doomed->progress().positionSeconds < 3.8);
+    QVERIFY(other->log().find("av.ts") == std::string::npos);
+    QVERIFY(doomed->log().find("whole.mkv") == std::string::npos);
+    QVERIFY(other->log().find("Cancelled") == std::string::npos);
+}
+
+// Which thread of a run is faster must not show in the file; several runs at once make that vary.
+void TestRunnerSession::conversionsAtOnceGiveTheFileThatOneGives()
+{
+    const auto convert = [this](const QString &output) {
+        return runInProcess(QStringList{u"-y"_s, u"-i"_s, path(u"av.mp4"_s)} +
+                            wordsOf("-vf scale=160:-2 -preset ultrafast -c:a libopus -fflags "
+                                    "+bitexact") +
+                            QStringList{path(output)})
+            .code;
+    };
+    QCOMPARE(convert(u"alone.mkv"_s), 0);
+    std::array<int, 3> codes{};
+    std::vector<std::thread> runners;
+    for (std::size_t i = 0; i < codes.size(); ++i) {
+        runners.emplace_back([&, i] { codes[i] = convert(u"once%1.mkv"_s.arg(i)); });
+    }
+    for (std::thread &runner : runners) {
+        runner.join();
+    }
+    const QByteArray expected = contentOf(path(u"alone.mkv"_s));
+    QVERIFY(!expected.isEmpty());
+    for (std::size_t i = 0; i < codes.size(); ++i) {
+        QCOMPARE(codes[i], 0);
+        QVERIFY(contentOf(path(u"once%1.mkv"_s.arg(i))) == expected);
     }
 }
 
