@@ -167,10 +167,12 @@ def transcode(place):
     # that keeps the source's timestamps.
     equal = ["libx264", "-preset", "veryfast", "-vsync", "passthrough", "-enc_time_base", "-1"]
     with media_runner(place) as run:
-        times = paired(
-            lambda: run(playable(source, ["h264_videotoolbox"], ours))[0],
-            lambda: tool(without_own_option(playable(source, equal, theirs)), STEP_BACK)[0], 7)
+        costs = paired(
+            lambda: run(playable(source, ["h264_videotoolbox"], ours)),
+            lambda: tool(without_own_option(playable(source, equal, theirs)), STEP_BACK), 7)
+    times, processor = ([[cost[kind] for cost in side] for side in costs] for kind in (0, 1))
     yield verdict(*times, "the ffmpeg tool at the same settings", 1.0)
+    yield "processor time: " + verdict(*processor, "the same", "about 1.0")
     decode, encode = codecs_alone(place, source)
     limit = (decode + encode) / os.cpu_count()
     yield (f"limit {limit:.2f} s (decoding {decode:.2f} s, encoding {encode:.2f} s of processor "

@@ -129,7 +129,7 @@ void TestRunnerSession::sessionsAtOnceKeepTheirLogsApart()
 
 void TestRunnerSession::aCancelledRunLeavesAnotherAlone()
 {
-    // One reads at the pace of playing, so it is under way for as long as the other needs.
+    // One reads at the pace of playing, and slowly, so it is under way while the other runs.
     FileServer server(QDir(m_folder.path()));
     const auto doomed = mediaTools().makeSession();
     const auto other = mediaTools().makeSession();
@@ -137,9 +137,9 @@ void TestRunnerSession::aCancelledRunLeavesAnotherAlone()
     int otherCode = -1;
     const QString doomedOutput = path(u"doomed.mkv"_s);
     std::thread doomedRunner([&] {
-        doomedCode =
-            doomed->run(argumentsOf(QStringList{u"-re"_s, u"-i"_s, server.address(u"av.ts"_s)} +
-                                    wordsOf("-preset ultrafast") + QStringList{doomedOutput}));
+        doomedCode = doomed->run(
+            argumentsOf(wordsOf("-itsscale 30 -re -i") +
+                        QStringList{server.address(u"av.ts"_s), u"-c"_s, u"copy"_s, doomedOutput}));
     });
     const bool began = QTest::qWaitFor([&] { return doomed->progress().positionSeconds > 0; });
     std::thread otherRunner([&] {
@@ -156,7 +156,7 @@ void TestRunnerSession::aCancelledRunLeavesAnotherAlone()
     QVERIFY(!QFile::exists(doomedOutput));
     QVERIFY2(otherCode == 0, other->log().c_str());
     QVERIFY(other->progress().positionSeconds > 3.8);
-    QVERIFY(doomed->progress().positionSeconds < 3.8);
+    QVERIFY(doomed->progress().positionSeconds < 100);
     QVERIFY(other->log().find("av.ts") == std::string::npos);
     QVERIFY(doomed->log().find("whole.mkv") == std::string::npos);
     QVERIFY(other->log().find("Cancelled") == std::string::npos);
