@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+#include "coordination/coordinator.h"
+
+#include <QtQml/qqmlregistration.h>
+
+// The types of the lower rooms, which know nothing of QML, as QML names them.
+
+namespace veltro {
+
+struct MacAppStoreType {
+    Q_GADGET
+    QML_FOREIGN(veltro::MacAppStore)
+    QML_NAMED_ELEMENT(MacAppStore)
+    QML_UNCREATABLE("The program makes one.")
+};
+
+struct ActiveDownloadsType {
+    Q_GADGET
+    QML_FOREIGN(veltro::ActiveDownloads)
+    QML_NAMED_ELEMENT(ActiveDownloads)
+    QML_UNCREATABLE("The coordinator owns it.")
+};
+
+struct DownloadProgressStateType {
+    Q_GADGET
+    QML_FOREIGN(veltro::DownloadProgressState)
+    QML_NAMED_ELEMENT(DownloadProgressState)
+    QML_UNCREATABLE("The coordinator makes them.")
+};
+
+struct NetworkMonitorType {
+    Q_GADGET
+    QML_FOREIGN(veltro::NetworkMonitor)
+    QML_NAMED_ELEMENT(NetworkMonitor)
+    QML_UNCREATABLE("The coordinator owns it.")
+};
+
+struct PreferencesType {
+    Q_GADGET
+    QML_FOREIGN(veltro::Preferences)
+    QML_VALUE_TYPE(preferences)
+};
+
+struct CompletedToastType {
+    Q_GADGET
+    QML_FOREIGN(veltro::CompletedToast)
+    QML_VALUE_TYPE(completedToast)
+};
+
+}
