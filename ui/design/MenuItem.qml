@@ -9,7 +9,8 @@ T.MenuItem {
     id: root
 
     property bool destructive: false
-    readonly property string keys: action && action.shortcut ? KeyNames.text(action.shortcut) : ""
+    /// The keys that do the same, such as "Ctrl+2"; who hears them is settled elsewhere.
+    property string keys
 
     implicitWidth: Math.max(170, label.implicitWidth + (root.keys === "" ? 0 : keysLabel.implicitWidth + 32) + leftPadding + rightPadding)
     implicitHeight: 28
@@ -37,7 +38,7 @@ T.MenuItem {
             id: keysLabel
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            text: root.keys
+            text: KeyNames.text(root.keys)
             textFormat: Text.PlainText
             font.family: Theme.family
             font.pixelSize: 12

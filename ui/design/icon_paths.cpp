@@ -40,6 +40,8 @@ const QHash<QString, IconWords> &iconWords()
         {QStringLiteral("play"), {"M 8 5 L 19 12 L 8 19 Z"}},
         {QStringLiteral("film"),
          {"R 4 4 16 16 2 M 4 8 L 20 8 M 4 16 L 20 16 M 9 4 L 9 20 M 15 4 L 15 20"}},
+        {QStringLiteral("appMark"),
+         {"M 12 3 L 12 14.5 M 6.8 9.6 L 12 14.8 L 17.2 9.6 M 5 20.5 L 19 20.5"}},
         // places
         {QStringLiteral("house"),
          {"M 3.2 11.4 L 12 4 L 20.8 11.4 M 5.6 9.6 L 5.6 18.4 Q 5.6 20 7.2 20 L 16.8 20"

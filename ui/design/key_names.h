@@ -3,7 +3,6 @@
 #pragma once
 #include <QKeySequence>
 #include <QObject>
-#include <QVariant>
 #include <QtQml/qqmlregistration.h>
 
 namespace veltro {
@@ -16,10 +15,10 @@ class KeyNames : public QObject {
 public:
     using QObject::QObject;
 
-    /// A key sequence, or the text of one, in the words of the desktop's language.
-    Q_INVOKABLE static QString text(const QVariant &keys)
+    /// Keys in the words of the desktop's language.
+    Q_INVOKABLE static QString text(const QString &keys)
     {
-        return QKeySequence(keys.toString()).toString(QKeySequence::NativeText);
+        return QKeySequence(keys, QKeySequence::PortableText).toString(QKeySequence::NativeText);
     }
 };
 

@@ -27,13 +27,13 @@ Rectangle {
     }
     Menu {
         id: file
-        T.Action {
+        MenuItem {
             text: "Paste & Save…"
-            shortcut: "Ctrl+Shift+V"
+            keys: "Ctrl+Shift+V"
         }
-        T.Action {
+        MenuItem {
             text: "Paste Many Links…"
-            shortcut: "Ctrl+Shift+B"
+            keys: "Ctrl+Shift+B"
         }
         MenuSeparator {}
         MenuItem {

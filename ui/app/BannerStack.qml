@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import Veltro.Types
+
+/// The banners along the top of the screen, and how long they stay.
+Column {
+    id: root
+
+    required property MacAppStore store
+
+    topPadding: 12
+    spacing: 12
+
+    Connections {
+        function onStartedToastChanged() {
+            if (root.store.hasStartedToast)
+                startedTime.restart();
+            else
+                startedTime.stop();
+        }
+        function onCompletedToastChanged() {
+            if (root.store.hasCompletedToast)
+                completedTime.restart();
+            else
+                completedTime.stop();
+        }
+        target: root.store
+    }
+    Timer {
+        id: startedTime
+        interval: 2000
+        onTriggered: root.store.clearStartedToast()
+    }
+    Timer {
+        id: completedTime
+        interval: 5000
+        onTriggered: root.store.clearCompletedToast()
+    }
+    BannerSlot {
+        shown: !root.store.network.isOnline
+        springs: false
+        NetworkBannerMac {
+            objectName: "networkBanner"
+        }
+    }
+    BannerSlot {
+        shown: root.store.hasStartedToast
+        StartedDownloadBannerMac {
+            objectName: "startedBanner"
+            label: root.store.startedToast
+            maximumWidth: root.width - 24
+            onTapped: {
+                root.store.selectedTab = MacAppStore.downloads;
+                root.store.clearStartedToast();
+            }
+        }
+    }
+    BannerSlot {
+        shown: root.store.hasCompletedToast
+        CompletedDownloadBannerMac {
+            objectName: "completedBanner"
+            savedTitle: root.store.completedToast.title
+            maximumWidth: root.width - 24
+            onOpened: {
+                root.store.selectedTab = MacAppStore.library;
+                root.store.clearCompletedToast();
+            }
+            onDismissed: root.store.clearCompletedToast()
+        }
+    }
+}

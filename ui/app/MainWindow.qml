@@ -1,0 +1,111 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Templates as T
+import QtQuick.Window
+import Veltro.App
+import Veltro.Design
+import Veltro.Home
+import Veltro.Types
+
+/// The one main window: menus along the top, the sidebar, the selected screen, and the banners,
+/// sheets and alerts over it.
+T.ApplicationWindow {
+    id: root
+
+    required property MacAppStore store
+    required property HomeModel home
+    required property WindowMemory memory
+    property bool mayClose: false
+
+    title: qsTr("Veltro")
+    color: Theme.page
+    width: Math.max(minimumWidth, Math.min(root.memory.width, Screen.desktopAvailableWidth))
+    height: Math.max(minimumHeight, Math.min(root.memory.height, Screen.desktopAvailableHeight))
+    minimumWidth: 980
+    minimumHeight: 680
+    font.family: Theme.family
+    font.pixelSize: 13
+
+    onActiveChanged: if (root.active)
+        root.home.becomeActive()
+    onClosing: close => {
+        close.accepted = root.mayClose || root.store.activeDownloads.activeCount === 0;
+        if (close.accepted)
+            root.leave();
+        else
+            sheets.askBeforeClosing();
+    }
+
+    function leave() {
+        root.memory.maximized = root.visibility === Window.Maximized;
+        if (root.visibility === Window.Windowed) {
+            root.memory.width = root.width;
+            root.memory.height = root.height;
+        }
+        root.memory.save();
+        Qt.quit();
+    }
+
+    menuBar: WindowMenus {
+        store: root.store
+        onSettingsRequested: settings.show()
+        onAboutRequested: sheets.showAbout()
+        onQuitRequested: root.close()
+    }
+    WindowKeys {
+        store: root.store
+        home: root.home
+        enabled: !sheets.open
+        onQuitRequested: root.close()
+    }
+    Sidebar {
+        id: sidebar
+        objectName: "sidebar"
+        width: root.memory.sidebarWidth
+        height: parent.height
+        selection: root.store.selectedTab
+        activeBadge: root.store.activeDownloads.activeCount
+        engineReady: root.store.engineReady
+        onSelected: tab => root.store.selectedTab = tab
+    }
+    Item {
+        anchors.left: sidebar.right
+        anchors.right: parent.right
+        height: parent.height
+        clip: true
+
+        TabScreens {
+            anchors.fill: parent
+            store: root.store
+            home: root.home
+        }
+        BannerStack {
+            width: parent.width
+            store: root.store
+        }
+    }
+    SidebarDivider {
+        x: sidebar.width - width / 2
+        height: parent.height
+        memory: root.memory
+    }
+    WindowDrop {
+        anchors.fill: parent
+        enabled: !sheets.open
+        onLinkDropped: link => root.store.beginLink(link)
+    }
+    WindowSheets {
+        id: sheets
+        store: root.store
+        onCloseConfirmed: {
+            root.mayClose = true;
+            root.close();
+        }
+    }
+    SettingsWindow {
+        id: settings
+        store: root.store
+    }
+}

@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import Veltro.Batch
+import Veltro.Design
+import Veltro.Picker
+import Veltro.Types
+
+/// What lies over the screens: driven by the coordinator, which hears of each closing.
+Item {
+    id: root
+
+    required property MacAppStore store
+    /// Whether any of them has the keyboard.
+    readonly property bool open: batch.visible || picker.visible || engineAlert.visible || about.visible || closeQuestion.visible
+    signal closeConfirmed
+
+    function askBeforeClosing() {
+        closeQuestion.open();
+    }
+    function showAbout() {
+        about.open();
+    }
+
+    Connections {
+        function onShowBatchPasteChanged() {
+            if (root.store.showBatchPaste)
+                batch.open();
+            else
+                batch.close();
+        }
+        function onShowEngineErrorChanged() {
+            if (root.store.showEngineError)
+                engineAlert.open();
+            else
+                engineAlert.close();
+        }
+        target: root.store
+    }
+    BatchPasteMacView {
+        id: batch
+        objectName: "batchSheet"
+        store: root.store
+    }
+    FormatPickerMacSheet {
+        id: picker
+        objectName: "pickerSheet"
+        store: root.store
+    }
+    AboutPanel {
+        id: about
+        objectName: "aboutPanel"
+    }
+    Alert {
+        id: engineAlert
+        objectName: "engineAlert"
+        title: qsTr("Engine error")
+        message: root.store.engineError
+        onClosed: root.store.showEngineError = false
+    }
+    Alert {
+        id: closeQuestion
+        objectName: "closeQuestion"
+        title: qsTr("Downloads are still active")
+        message: qsTr("Closing the window stops them. What is on the disk already stays, and saving the same link again goes on from there.")
+        acceptText: qsTr("Stop and Quit")
+        cancelText: qsTr("Keep Downloading")
+        destructive: true
+        onAccepted: root.closeConfirmed()
+    }
+}
