@@ -5,13 +5,14 @@
 #include <QMetaObject>
 
 #include <coroutine>
-#include <deque>
+#include <cstddef>
 #include <exception>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace veltro {
 
@@ -86,14 +87,21 @@ private:
         /// REQUIRES: the lock is held. Resumes the reader by way of the main thread's event loop.
         void wakeReader();
 
+        /// Makes the written events the reader's, once it has read those it had; what is left to
+        /// read. REQUIRES: the lock is held.
+        bool refill();
+
         std::mutex lock;
         // Guarded by lock.
-        std::deque<Event> events;
+        std::vector<Event> events;
         bool ended = false;
         std::exception_ptr error;
         std::function<void()> termination;
         std::coroutine_handle<> waiting;
         bool wakePosted = false;
+        // The reader's alone, so that a burst of events costs it one turn of the lock.
+        std::vector<Event> taken;
+        std::size_t nextTaken = 0;
     };
 
     std::shared_ptr<State> m_state;
@@ -142,10 +150,24 @@ void EventStream<Event>::State::end(std::exception_ptr reason)
 }
 
 template <typename Event>
+bool EventStream<Event>::State::refill()
+{
+    if (nextTaken == taken.size()) {
+        taken.clear();
+        nextTaken = 0;
+        taken.swap(events);
+    }
+    return !taken.empty();
+}
+
+template <typename Event>
 bool EventStream<Event>::State::isReadable()
 {
+    if (nextTaken < taken.size()) {
+        return true;
+    }
     const std::lock_guard guard(lock);
-    return ended || !events.empty();
+    return refill() || ended;
 }
 
 template <typename Event>
@@ -162,16 +184,16 @@ bool EventStream<Event>::State::wait(std::coroutine_handle<> handle)
 template <typename Event>
 std::optional<Event> EventStream<Event>::State::take()
 {
-    const std::lock_guard guard(lock);
-    if (!events.empty()) {
-        std::optional<Event> event(std::move(events.front()));
-        events.pop_front();
-        return event;
+    if (nextTaken == taken.size()) {
+        const std::lock_guard guard(lock);
+        if (!refill()) {
+            if (error) {
+                std::rethrow_exception(std::exchange(error, nullptr));
+            }
+            return std::nullopt;
+        }
     }
-    if (error) {
-        std::rethrow_exception(std::exchange(error, nullptr));
-    }
-    return std::nullopt;
+    return std::optional<Event>(std::move(taken[nextTaken++]));
 }
 
 template <typename Event>
