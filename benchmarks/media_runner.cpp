@@ -10,6 +10,7 @@
 
 // Runs ffmpeg command lines in one process, as the program does: reads an argument a line from
 // standard input, a blank line runs them, and "CODE WALL-SECONDS PROCESSOR-SECONDS" is printed.
+// After a first line "ffprobe" come the arguments of a probe, after "still" the name of a file.
 // The libraries stay loaded from run to run.
 
 namespace {
@@ -24,17 +25,32 @@ double processorSeconds()
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
+int run(std::vector<std::string> words)
+{
+    veltro::ffmpeg::MediaTools &tools = veltro::ffmpeg::mediaTools();
+    const std::string kind = words.front();
+    if (kind == "still") {
+        return tools.still(words.at(1), 1.0, 800, 800, 0.7) ? 0 : 1;
+    }
+    if (kind == "ffprobe") {
+        words.erase(words.begin());
+        return tools.probe(words).code;
+    }
+    const auto session = tools.makeSession();
+    const int code = session->run(words);
+    if (code != 0) {
+        std::cerr << session->log();
+    }
+    return code;
+}
+
 void runAndReport(const std::vector<std::string> &arguments)
 {
     using std::chrono::steady_clock;
     const double processor = processorSeconds();
     const auto begin = steady_clock::now();
-    const auto session = veltro::ffmpeg::mediaTools().makeSession();
-    const int code = session->run(arguments);
+    const int code = run(arguments);
     const std::chrono::duration<double> wall = steady_clock::now() - begin;
-    if (code != 0) {
-        std::cerr << session->log();
-    }
     std::cout << code << ' ' << wall.count() << ' ' << processorSeconds() - processor << std::endl;
 }
 

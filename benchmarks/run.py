@@ -16,6 +16,7 @@ import pathlib
 
 import coordination_benches
 import engine_benches
+import media_benches
 import runner_benches
 from measuring import Place
 
@@ -24,6 +25,9 @@ BENCHES = {
     "first-probe": engine_benches.first_probe,
     "probe": engine_benches.warm_probe,
     "save": engine_benches.save,
+    "still": media_benches.still,
+    "probe-file": media_benches.probe_file,
+    "memory": media_benches.memory,
     "remux": runner_benches.remux,
     "transcode": runner_benches.transcode,
     "transcode-as-used": runner_benches.transcode_as_used,

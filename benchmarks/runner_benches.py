@@ -20,7 +20,8 @@ PLAYABLE = ["-b:v", "4M", "-allow_sw", "1", "-pix_fmt", "yuv420p", "-c:a", "copy
 @contextlib.contextmanager
 def media_runner(place):
     """A process that runs command lines one after another, as the program does: a function that
-    takes one and returns its wall and its processor seconds."""
+    takes one and returns its wall and its processor seconds. "ffprobe" or "still" before the words
+    makes them those of a probe, or the name of a file that a still is taken of."""
     process = subprocess.Popen([str(place.bundle / "veltro-bench-media")], stdin=subprocess.PIPE,
                                stdout=subprocess.PIPE, text=True)
 
@@ -32,6 +33,7 @@ def media_runner(place):
             raise RuntimeError(f"the command ended with {code}")
         return float(wall), float(processor)
 
+    run.process = process.pid
     try:
         yield run
     finally:
@@ -39,12 +41,12 @@ def media_runner(place):
         process.wait(30)
 
 
-def tool(arguments, step_back=0):
-    """The stock tool's wall and processor seconds."""
+def tool(arguments, step_back=0, program="ffmpeg"):
+    """A stock tool's wall and processor seconds."""
     before = resource.getrusage(resource.RUSAGE_CHILDREN)
     begin = time.monotonic()
-    subprocess.run(["nice", "-n", str(step_back), "ffmpeg", "-nostdin", *arguments], check=True,
-                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    subprocess.run(["nice", "-n", str(step_back), program, *arguments], check=True,
+                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     wall = time.monotonic() - begin
     after = resource.getrusage(resource.RUSAGE_CHILDREN)
     return wall, after.ru_utime - before.ru_utime + after.ru_stime - before.ru_stime
