@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import Veltro.App
 import Veltro.Batch
 import Veltro.Design
-import Veltro.Picker
 import Veltro.Types
 
 /// What lies over the screens: driven by the coordinator, which hears of each closing.
@@ -12,7 +12,7 @@ Item {
 
     required property MacAppStore store
     /// Whether any of them has the keyboard.
-    readonly property bool open: batch.visible || picker.visible || engineAlert.visible || about.visible || closeQuestion.visible
+    readonly property bool open: batch.visible || picker.open || engineAlert.visible || about.visible || closeQuestion.visible
     signal closeConfirmed
 
     function askBeforeClosing() {
@@ -42,10 +42,16 @@ Item {
         objectName: "batchSheet"
         store: root.store
     }
-    FormatPickerMacSheet {
+    Loader {
         id: picker
-        objectName: "pickerSheet"
-        store: root.store
+
+        readonly property bool open: item !== null && item.visible
+        readonly property bool wanted: root.store.hasPendingFormatPick
+
+        onWantedChanged: if (picker.wanted && !picker.item)
+            picker.setSource(ScreenFiles.file("Picker", "FormatPickerMacSheet"), {
+                "store": root.store
+            });
     }
     AboutPanel {
         id: about

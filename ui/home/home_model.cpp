@@ -6,8 +6,6 @@
 #include "coordination/page_links.h"
 #include "platform/pasteboard.h"
 
-#include <QScopeGuard>
-
 #include <array>
 
 namespace veltro {
@@ -23,6 +21,22 @@ constexpr std::array workingVerbs{
 };
 
 }
+
+/// Takes the state of work back on every way out, or the button would stay disabled.
+class HomeModel::WorkingScope {
+public:
+    explicit WorkingScope(QPointer<HomeModel> model) : m_model(std::move(model)) {}
+    ~WorkingScope()
+    {
+        if (m_model) {
+            m_model->setWorking(false);
+        }
+    }
+    Q_DISABLE_COPY_MOVE(WorkingScope)
+
+private:
+    const QPointer<HomeModel> m_model;
+};
 
 HomeModel::HomeModel(MacAppStore &store, Pasteboard &pasteboard, MacPasteWatcher::Delivery delivery,
                      QObject *parent)
@@ -113,12 +127,7 @@ void HomeModel::submit()
 QCoro::Task<void> HomeModel::save(QPointer<HomeModel> self, QUrl page, QString formatID)
 {
     const QPointer<HomeModel> model = std::move(self);
-    // Taken back on every way out, or the button would stay disabled.
-    const auto end = qScopeGuard([model] {
-        if (model) {
-            model->setWorking(false);
-        }
-    });
+    const WorkingScope scope(model);
     co_await model->m_store.startDownload(std::move(page), std::move(formatID));
 }
 

@@ -70,6 +70,8 @@ Q_SIGNALS:
     void recentsChanged();
 
 private:
+    class WorkingScope;
+
     static QCoro::Task<void> save(QPointer<HomeModel> self, QUrl page, QString formatID);
     void setWorking(bool working);
     void setTier(QualityTier tier);

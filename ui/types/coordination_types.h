@@ -3,7 +3,7 @@
 #pragma once
 #include "coordination/coordinator.h"
 
-#include <QtQml/qqmlregistration.h>
+#include <QtQml/qqml.h>
 
 // The types of the lower rooms, which know nothing of QML, as QML names them.
 

@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/app/program.h"
+
+#include "coordination/detach.h"
+#include "library/completion_notifier.h"
+#include "library/model_container.h"
+#include "ui/app/open_requests.h"
+
+#include <QGuiApplication>
+#include <QQuickWindow>
+
+namespace veltro {
+namespace {
+
+constexpr int recentItems = 6;
+
+bool isProgramActive()
+{
+    return QGuiApplication::applicationState() == Qt::ApplicationActive;
+}
+
+MacPasteWatcher::Delivery clipboardDelivery()
+{
+    return QGuiApplication::platformName().startsWith(QStringLiteral("wayland"))
+               ? MacPasteWatcher::Delivery::afterActivation
+               : MacPasteWatcher::Delivery::atOnce;
+}
+
+}
+
+Program::Program()
+    : m_store({.engine = m_engine,
+               .storage = m_storage,
+               .notifier = CompletionNotifier::shared(),
+               .workspace = m_workspace,
+               .pasteboard = m_pasteboard,
+               .isApplicationActive = isProgramActive})
+    , m_home(m_store, m_pasteboard, clipboardDelivery())
+    , m_desktop(m_workspace, m_pasteboard)
+{
+    m_recents.setLimit(recentItems);
+    m_home.setRecents(&m_recents);
+    setDesktop(&m_desktop);
+}
+
+Program::~Program()
+{
+    delete m_window;
+    setDesktop(nullptr);
+}
+
+bool Program::start()
+{
+    m_qml.addImportPath(QStringLiteral(":/qt/qml"));
+    m_qml.setInitialProperties({
+        {QStringLiteral("store"), QVariant::fromValue(&m_store)},
+        {QStringLiteral("home"), QVariant::fromValue(&m_home)},
+        {QStringLiteral("memory"), QVariant::fromValue(&m_memory)},
+    });
+    m_qml.load(QUrl(QStringLiteral("qrc:/qt/qml/Veltro/App/MainWindow.qml")));
+    const QList<QObject *> roots = m_qml.rootObjects();
+    m_window = roots.isEmpty() ? nullptr : qobject_cast<QQuickWindow *>(roots.constFirst());
+    if (!m_window) {
+        return false;
+    }
+    connect(m_window, &QQuickWindow::frameSwapped, this, &Program::afterFirstFrame,
+            Qt::QueuedConnection);
+    m_window->setVisibility(m_memory.property("maximized").toBool() ? QWindow::Maximized
+                                                                    : QWindow::Windowed);
+    return true;
+}
+
+void Program::afterFirstFrame()
+{
+    if (m_hasBegun) {
+        return;
+    }
+    m_hasBegun = true;
+    disconnect(m_window, &QQuickWindow::frameSwapped, this, nullptr);
+    m_store.beginEngine();
+    detach(openLibrary(this), QStringLiteral("the library"));
+}
+
+QCoro::Task<void> Program::openLibrary(QPointer<Program> self)
+{
+    const QPointer<Program> program = std::move(self);
+    std::shared_ptr<ModelContainer> container = co_await makeContainerInBackground();
+    if (program) {
+        program->m_recents.setContainer(std::move(container));
+    }
+}
+
+void Program::open(const QString &address)
+{
+    m_store.handleOpenURL(openRequest(address));
+}
+
+}

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+#include "coordination/coordinator.h"
+#include "engine/service/yt_dlp_service.h"
+#include "library/download_storage.h"
+#include "library/library_items_model.h"
+#include "platform/pasteboard.h"
+#include "platform/workspace.h"
+#include "ui/app/window_memory.h"
+#include "ui/home/home_model.h"
+#include "ui/types/desktop.h"
+
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+namespace veltro {
+
+/// What lives as long as the process: the services, the coordinator over them, and the window.
+/// Needs the application object. Main thread.
+class Program : public QObject {
+    Q_OBJECT
+public:
+    Program();
+    ~Program() override;
+
+    /// Shows the window. The engine and the library are begun when its first frame is on the
+    /// screen. False when there is no window to show, which the log explains.
+    [[nodiscard]] bool start();
+    /// Hands over an address from outside: of a page, or a request in the program's own scheme.
+    void open(const QString &address);
+
+    [[nodiscard]] MacAppStore &store() { return m_store; }
+    [[nodiscard]] HomeModel &home() { return m_home; }
+    [[nodiscard]] QQuickWindow *window() const { return m_window; }
+
+private:
+    void afterFirstFrame();
+    static QCoro::Task<void> openLibrary(QPointer<Program> self);
+
+    YtDlpService m_engine;
+    DownloadStorage m_storage;
+    DesktopWorkspace m_workspace;
+    DesktopPasteboard m_pasteboard;
+    MacAppStore m_store;
+    LibraryItemsModel m_recents;
+    HomeModel m_home;
+    WindowMemory m_memory;
+    Desktop m_desktop;
+    QQmlApplicationEngine m_qml; // ends first, since its objects use all of the above
+    QPointer<QQuickWindow> m_window;
+    bool m_hasBegun = false;
+};
+
+}
