@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
+#include <QObject>
 #include <QString>
+#include <QtQml/qqmlregistration.h>
 
 namespace veltro::player {
 
@@ -16,5 +18,16 @@ enum class PlayerError;
 
 /// The same for people who hear it: "1 hour 2 minutes 3 seconds".
 [[nodiscard]] QString spokenDuration(double seconds);
+
+/// The two for QML.
+class PlayerTexts : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+
+public:
+    Q_INVOKABLE static QString duration(double seconds) { return durationText(seconds); }
+    Q_INVOKABLE static QString spoken(double seconds) { return spokenDuration(seconds); }
+};
 
 }

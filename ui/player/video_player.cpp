@@ -6,6 +6,7 @@
 #include "ui/player/software_picture.h"
 
 #include <QFile>
+#include <QQuickWindow>
 
 #include <algorithm>
 #include <cmath>
@@ -68,7 +69,7 @@ void VideoPlayer::assign(Value &field, const Value &value, void (VideoPlayer::*c
 
 QString VideoPlayer::errorText() const
 {
-    return m_status == Status::failed ? description(m_error) : QString();
+    return m_status == Status::Failed ? description(m_error) : QString();
 }
 
 void VideoPlayer::setUrl(const QUrl &url)
@@ -83,9 +84,9 @@ void VideoPlayer::setUrl(const QUrl &url)
     if (!url.isEmpty() && !url.isLocalFile()) {
         fail(PlayerError::cannotBePlayed);
     } else {
-        setStatus(url.isEmpty() ? Status::empty : Status::loading);
+        setStatus(url.isEmpty() ? Status::Empty : Status::Loading);
     }
-    if (m_status == Status::loading) {
+    if (m_status == Status::Loading) {
         ensureCore();
         load();
     } else if (m_canDraw) {
@@ -123,7 +124,7 @@ void VideoPlayer::canDraw()
 
 void VideoPlayer::load()
 {
-    if (m_canDraw && m_status == Status::loading) {
+    if (m_canDraw && m_status == Status::Loading) {
         m_core->load(QFile::encodeName(m_url.toLocalFile()), m_load);
     }
 }
@@ -149,16 +150,16 @@ void VideoPlayer::setStatus(Status status)
 void VideoPlayer::fail(PlayerError why)
 {
     m_error = why;
-    if (m_status == Status::failed) {
+    if (m_status == Status::Failed) {
         Q_EMIT statusChanged(); // another text
     }
-    setStatus(Status::failed);
+    setStatus(Status::Failed);
 }
 
 void VideoPlayer::loadRefused(std::uint64_t load, PlayerError why)
 {
     const bool concernsEveryFile = load == 0;
-    if (m_status == Status::loading && (concernsEveryFile || load == m_load)) {
+    if (m_status == Status::Loading && (concernsEveryFile || load == m_load)) {
         forgetFile();
         fail(why);
     }
@@ -188,7 +189,7 @@ void VideoPlayer::handle(const mpv_event &event)
     }
     case MPV_EVENT_FILE_LOADED:
         if (m_fileIsOpen) {
-            setStatus(Status::ready);
+            setStatus(Status::Ready);
         }
         break;
     case MPV_EVENT_END_FILE:
@@ -271,7 +272,7 @@ void VideoPlayer::handleProperty(Observed what, const mpv_event_property &proper
 
 void VideoPlayer::play()
 {
-    if (m_status != Status::ready) {
+    if (m_status != Status::Ready) {
         return;
     }
     if (!m_fileIsOpen) { // the player has closed it at its end
@@ -288,7 +289,7 @@ void VideoPlayer::play()
 
 void VideoPlayer::pause()
 {
-    if (m_status == Status::ready && m_fileIsOpen) {
+    if (m_status == Status::Ready && m_fileIsOpen) {
         m_core->setFlag("pause", true);
     }
 }
@@ -304,7 +305,7 @@ void VideoPlayer::togglePlaying()
 
 void VideoPlayer::seek(double seconds)
 {
-    if (m_status != Status::ready || !m_fileIsOpen || !std::isfinite(seconds)) {
+    if (m_status != Status::Ready || !m_fileIsOpen || !std::isfinite(seconds)) {
         return;
     }
     const double end = m_duration > 0 ? m_duration : seconds;
@@ -327,6 +328,19 @@ void VideoPlayer::sendSeek(double seconds)
     const QByteArray target = QByteArray::number(seconds, 'f', 3);
     m_core->command({"seek", target.constData(), "absolute+exact"}, seekReply);
     assign(m_seekInFlight, true, &VideoPlayer::seekingChanged);
+}
+
+void VideoPlayer::fillScreen(bool fills)
+{
+    if (!window()) {
+        return;
+    }
+    if (fills) {
+        m_statesBefore = window()->windowStates() & ~Qt::WindowFullScreen;
+        window()->setWindowStates(m_statesBefore | Qt::WindowFullScreen);
+    } else if (window()->windowStates() & Qt::WindowFullScreen) {
+        window()->setWindowStates(m_statesBefore);
+    }
 }
 
 void VideoPlayer::setVolume(double volume)

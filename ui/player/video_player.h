@@ -35,10 +35,10 @@ class VideoPlayer : public QQuickItem, private PlayerListener {
 
 public:
     enum class Status {
-        empty,   ///< no file
-        loading, ///< being opened
-        ready,   ///< playing, paused or at its end
-        failed,  ///< errorText says why
+        Empty,   ///< no file
+        Loading, ///< being opened
+        Ready,   ///< playing, paused or at its end
+        Failed,  ///< errorText says why
     };
     Q_ENUM(Status)
 
@@ -72,6 +72,8 @@ public:
     /// Seeks that come faster than the player follows are taken together; the last one holds.
     Q_INVOKABLE void seek(double seconds);
     Q_INVOKABLE void seekBy(double seconds);
+    /// Makes the window as large as the screen, or what it was before.
+    Q_INVOKABLE void fillScreen(bool fills);
 
 Q_SIGNALS:
     void urlChanged();
@@ -126,7 +128,7 @@ private:
     std::optional<double> m_nextSeek; // what a seek in flight has been overtaken by
     bool m_seekInFlight = false;
 
-    Status m_status = Status::empty;
+    Status m_status = Status::Empty;
     PlayerError m_error = PlayerError::cannotStart;
     bool m_paused = false;
     bool m_atEnd = false;
@@ -134,6 +136,7 @@ private:
     double m_duration = 0;
     QSize m_videoSize;
     double m_volume = 1;
+    Qt::WindowStates m_statesBefore; // of the window that fills the screen
     bool m_muted = false;
 };
 

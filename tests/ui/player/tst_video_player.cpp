@@ -118,13 +118,13 @@ bool VideoPlayerTest::play(const QString &name)
 {
     m_player->setUrl(media(name));
     return QTest::qWaitFor(
-        [&] { return m_player->status() == Status::ready && m_player->positionSeconds() > 0.1; },
+        [&] { return m_player->status() == Status::Ready && m_player->positionSeconds() > 0.1; },
         playTimeout);
 }
 
 void VideoPlayerTest::playsAtOnceAndShowsMovingPictures()
 {
-    QCOMPARE(m_player->status(), Status::empty);
+    QCOMPARE(m_player->status(), Status::Empty);
     QVERIFY(play(QStringLiteral("both.mp4")));
     QVERIFY(!m_player->isPaused());
     QTRY_COMPARE_WITH_TIMEOUT(m_player->videoSize(), QSize(320, 180), playTimeout);
@@ -181,7 +181,7 @@ void VideoPlayerTest::startsAgainWithEachOtherFile()
     QVERIFY(m_player->videoSize().isEmpty());
     QVERIFY(play(QStringLiteral("video.webm")));
     m_player->setUrl({});
-    QCOMPARE(m_player->status(), Status::empty);
+    QCOMPARE(m_player->status(), Status::Empty);
     QCOMPARE(m_player->positionSeconds(), 0.0);
 }
 
@@ -288,7 +288,7 @@ void VideoPlayerTest::saysPlainlyWhyAFileDoesNotPlay()
     QFETCH(QUrl, url);
     QFETCH(QString, text);
     m_player->setUrl(url);
-    QTRY_COMPARE_WITH_TIMEOUT(m_player->status(), Status::failed, playTimeout);
+    QTRY_COMPARE_WITH_TIMEOUT(m_player->status(), Status::Failed, playTimeout);
     QCOMPARE(m_player->errorText(), text);
     QCOMPARE(m_player->durationSeconds(), 0.0);
 }
@@ -296,11 +296,11 @@ void VideoPlayerTest::saysPlainlyWhyAFileDoesNotPlay()
 void VideoPlayerTest::playsOnAfterAFailure()
 {
     m_player->setUrl(media(QStringLiteral("gone.mp4")));
-    QTRY_COMPARE_WITH_TIMEOUT(m_player->status(), Status::failed, playTimeout);
+    QTRY_COMPARE_WITH_TIMEOUT(m_player->status(), Status::Failed, playTimeout);
     QVERIFY(play(QStringLiteral("both.mp4")));
     QVERIFY(m_player->errorText().isEmpty());
     m_player->setUrl(media(QStringLiteral("noise.mp4")));
-    QTRY_COMPARE_WITH_TIMEOUT(m_player->status(), Status::failed, playTimeout);
+    QTRY_COMPARE_WITH_TIMEOUT(m_player->status(), Status::Failed, playTimeout);
 }
 
 void VideoPlayerTest::readsNothingThatAFileNames_data()
@@ -337,7 +337,7 @@ void VideoPlayerTest::readsNothingThatAFileNames()
     QFETCH(QByteArray, content);
     QVERIFY(writeFile(m_folder.filePath(name), content));
     m_player->setUrl(media(name));
-    QTRY_COMPARE_WITH_TIMEOUT(m_player->status(), Status::failed, playTimeout);
+    QTRY_COMPARE_WITH_TIMEOUT(m_player->status(), Status::Failed, playTimeout);
     QCOMPARE(m_player->errorText(), QStringLiteral("This file cannot be played."));
 }
 
@@ -354,7 +354,7 @@ void VideoPlayerTest::outlivesAFileThatVanishesAndOneThatIsCut()
     QVERIFY(copy(QStringLiteral("cut.mp4")));
     QVERIFY(play(QStringLiteral("cut.mp4")));
     QVERIFY(QFile::resize(m_folder.filePath(QStringLiteral("cut.mp4")), 3000));
-    QTRY_VERIFY_WITH_TIMEOUT(m_player->isAtEnd() || m_player->status() == Status::failed,
+    QTRY_VERIFY_WITH_TIMEOUT(m_player->isAtEnd() || m_player->status() == Status::Failed,
                              playTimeout);
     QVERIFY(play(QStringLiteral("red.mp4")));
 }
