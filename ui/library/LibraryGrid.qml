@@ -1,0 +1,201 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Templates as T
+import Veltro.Design
+
+/// The saved items as tiles. Only those in view exist, so that there may be any number of them; the
+/// rubber band works on where the others would be.
+FocusScope {
+    id: root
+
+    required property LibraryScreen screen
+    readonly property LibrarySelection selection: root.screen.selection
+
+    function showCurrent() {
+        if (root.selection.currentRow >= 0)
+            view.positionViewAtIndex(root.selection.currentRow, GridView.Contain);
+    }
+    function move(event: var, rows: int) {
+        root.selection.move(rows, event.modifiers);
+        root.showCurrent();
+        event.accepted = true;
+    }
+    function openMenu(tile: LibraryTile, itemId: var, file: url, x: real, y: real) {
+        menu.itemId = itemId;
+        menu.file = file;
+        menu.popup(tile, x, y);
+    }
+
+    function openMenuAtCurrent() {
+        const cell = view.itemAtIndex(root.selection.currentRow);
+        if (cell)
+            cell.openMenu(16, 16);
+    }
+
+    GridView {
+        id: view
+
+        readonly property int linesInView: Math.max(1, Math.floor(view.height / view.cellHeight))
+
+        anchors.fill: parent
+        // The last column's spacing lies outside of the column.
+        anchors.rightMargin: -12
+        focus: true
+        activeFocusOnTab: true
+        clip: true
+        reuseItems: true
+        cacheBuffer: 400
+        topMargin: 4
+        bottomMargin: 24
+        leftMargin: 4
+        boundsBehavior: Flickable.StopAtBounds
+        keyNavigationEnabled: false
+        cellWidth: root.screen.tile.width + 12
+        cellHeight: root.screen.tile.height + 12
+        model: root.screen.items
+        onWidthChanged: root.screen.layOut(view.width - 12 - view.leftMargin - 4, 62)
+        Component.onCompleted: root.screen.layOut(view.width - 12 - view.leftMargin - 4, 62)
+        Accessible.role: Accessible.List
+        Accessible.name: qsTr("Saved items")
+
+        Keys.onLeftPressed: event => root.move(event, -1)
+        Keys.onRightPressed: event => root.move(event, 1)
+        Keys.onUpPressed: event => root.move(event, -root.screen.columns)
+        Keys.onDownPressed: event => root.move(event, root.screen.columns)
+        Keys.onPressed: event => {
+            switch (event.key) {
+            case Qt.Key_Home:
+                root.move(event, -view.count);
+                break;
+            case Qt.Key_End:
+                root.move(event, view.count);
+                break;
+            case Qt.Key_PageUp:
+                root.move(event, -root.screen.columns * view.linesInView);
+                break;
+            case Qt.Key_PageDown:
+                root.move(event, root.screen.columns * view.linesInView);
+                break;
+            case Qt.Key_Menu:
+                event.accepted = true;
+                root.openMenuAtCurrent();
+                break;
+            case Qt.Key_F10:
+                event.accepted = event.modifiers & Qt.ShiftModifier;
+                if (event.accepted)
+                    root.openMenuAtCurrent();
+                break;
+            }
+        }
+
+        T.ScrollBar.vertical: ThinScrollBar {
+            z: 3
+        }
+
+        delegate: Item {
+            id: cell
+
+            required property int index
+            required property var itemId
+            required property string title
+            required property string uploader
+            required property url thumbnailFileUrl
+            required property url localFileUrl
+            required property var durationSeconds
+
+            function openMenu(x: real, y: real) {
+                root.openMenu(tile, cell.itemId, cell.localFileUrl, x, y);
+            }
+
+            width: view.cellWidth
+            height: view.cellHeight
+
+            LibraryTile {
+                id: tile
+                width: root.screen.tile.width
+                height: root.screen.tile.height
+                title: cell.title
+                uploader: cell.uploader
+                thumbnail: cell.thumbnailFileUrl
+                duration: root.screen.durationText(cell.durationSeconds)
+                spokenName: root.screen.spokenTile(cell.title, cell.uploader, cell.durationSeconds)
+                chosen: root.selection.revision >= 0 && root.selection.contains(cell.itemId)
+                current: view.activeFocus && root.selection.currentRow === cell.index
+                file: cell.localFileUrl
+                onClicked: modifiers => {
+                    view.forceActiveFocus(Qt.MouseFocusReason);
+                    root.selection.click(cell.itemId, modifiers);
+                }
+                onMenuWanted: (x, y) => cell.openMenu(x, y)
+                onDragWanted: tile.startDrag(root.screen.draggedFiles(cell.itemId))
+            }
+        }
+
+        // The ground between the tiles, where a rubber band begins.
+        MouseArea {
+            id: ground
+
+            property point pressedAt
+            property real speed: 0
+
+            function pull() {
+                const inContent = ground.mapToItem(view.contentItem, ground.mouseX, ground.mouseY);
+                root.selection.moveMarquee(inContent);
+                const y = ground.mouseY - view.contentY;
+                ground.speed = y < 24 ? (y - 24) / 2 : y > view.height - 24 ? (y - view.height + 24) / 2 : 0;
+            }
+
+            parent: view.contentItem
+            z: -1
+            x: -view.leftMargin
+            y: -view.topMargin
+            width: view.width
+            height: Math.max(view.contentHeight, view.height) + view.topMargin + view.bottomMargin
+            preventStealing: true
+            onPressed: mouse => {
+                view.forceActiveFocus(Qt.MouseFocusReason);
+                ground.pressedAt = Qt.point(mouse.x, mouse.y);
+            }
+            onPositionChanged: mouse => {
+                const far = Math.hypot(mouse.x - ground.pressedAt.x, mouse.y - ground.pressedAt.y) >= 6;
+                if (!root.selection.dragging && far)
+                    root.selection.beginMarquee(ground.mapToItem(view.contentItem, ground.pressedAt), mouse.modifiers);
+                if (root.selection.dragging)
+                    ground.pull();
+            }
+            onReleased: root.selection.endMarquee()
+            onCanceled: root.selection.endMarquee()
+        }
+        // Near an edge the grid goes on by itself, as long as the band is held there.
+        Timer {
+            running: root.selection.dragging && ground.speed !== 0
+            repeat: true
+            interval: 16
+            onTriggered: {
+                const lowest = Math.max(-view.topMargin, view.contentHeight - view.height + view.bottomMargin);
+                const before = view.contentY;
+                view.contentY = Math.max(-view.topMargin, Math.min(lowest, before + Math.max(-30, Math.min(30, ground.speed))));
+                if (view.contentY !== before)
+                    ground.pull();
+            }
+        }
+        Rectangle {
+            parent: view.contentItem
+            z: 2
+            visible: root.selection.dragging
+            x: root.selection.marquee.x
+            y: root.selection.marquee.y
+            width: root.selection.marquee.width
+            height: root.selection.marquee.height
+            color: Theme.faded(Theme.accent, 0.14)
+            border.color: Theme.faded(Theme.accent, 0.75)
+            border.width: 1
+        }
+    }
+    LibraryTileMenu {
+        id: menu
+        screen: root.screen
+    }
+}

@@ -1,0 +1,125 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Templates as T
+import Veltro.Design
+
+/// Everything that was saved: tiles to search and choose from, and the player beside them.
+FocusScope {
+    id: root
+
+    required property LibraryServices services
+    readonly property alias screen: library
+
+    function focusSearch() {
+        header.focusSearch();
+    }
+
+    LibraryScreen {
+        id: library
+        services: root.services
+    }
+
+    // Keys of the screen: a text field that has the focus takes them first.
+    Shortcut {
+        enabled: root.visible
+        sequences: ["Ctrl+A"]
+        onActivated: library.selection.selectAll()
+    }
+    Shortcut {
+        enabled: root.visible
+        sequences: ["Del", "Ctrl+Del"]
+        onActivated: library.deleteSelected()
+    }
+    Shortcut {
+        enabled: root.visible
+        sequences: ["Ctrl+F"]
+        onActivated: header.focusSearch()
+    }
+
+    T.SplitView {
+        id: split
+        anchors.fill: parent
+        orientation: Qt.Horizontal
+        handle: Item {
+            id: divider
+            implicitWidth: 9
+            Accessible.role: Accessible.Splitter
+            Accessible.name: qsTr("Divider")
+
+            Rectangle {
+                anchors.horizontalCenter: parent.horizontalCenter
+                width: 1
+                height: parent.height
+                color: divider.T.SplitHandle.pressed ? Theme.accent : Theme.hairline
+            }
+            HoverHandler {
+                cursorShape: Qt.SplitHCursor
+            }
+        }
+        onResizingChanged: if (!resizing)
+            library.rememberPlayerWidth(pane.width)
+
+        FocusScope {
+            T.SplitView.minimumWidth: 360
+            T.SplitView.fillWidth: true
+            focus: true
+
+            LibraryHeader {
+                id: header
+                anchors.left: parent.left
+                anchors.right: parent.right
+                anchors.top: parent.top
+                anchors.margins: 24
+                anchors.topMargin: 32
+                screen: library
+            }
+            LibraryGrid {
+                anchors.left: parent.left
+                anchors.leftMargin: 20
+                anchors.right: parent.right
+                anchors.rightMargin: 20
+                anchors.top: header.bottom
+                anchors.topMargin: 20
+                anchors.bottom: parent.bottom
+                visible: !library.empty
+                focus: true
+                screen: library
+            }
+            Column {
+                anchors.centerIn: parent
+                width: Math.min(parent.width - 48, 380)
+                spacing: 10
+                visible: library.empty
+
+                Symbol {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    name: "square.grid.2x2.fill"
+                    size: 40
+                    color: Theme.inkTertiary
+                }
+                Label {
+                    width: parent.width
+                    horizontalAlignment: Text.AlignHCenter
+                    text: qsTr("Empty library")
+                    font: Theme.titleFont
+                }
+                Label {
+                    width: parent.width
+                    horizontalAlignment: Text.AlignHCenter
+                    wrapMode: Text.Wrap
+                    text: qsTr("Anything you save lands here. Paste a link on the Home tab or drag one onto the window.")
+                    font.pixelSize: 14
+                    color: Theme.inkSecondary
+                }
+            }
+        }
+        LibraryPlayerPane {
+            id: pane
+            T.SplitView.minimumWidth: 320
+            T.SplitView.preferredWidth: library.playerWidth > 0 ? library.playerWidth : 360
+            screen: library
+        }
+    }
+}
