@@ -12,6 +12,16 @@
 #include <utility>
 
 namespace veltro {
+namespace {
+
+/// To let go of a hundred thousand rows takes longer than a frame should wait.
+void letGo(LibraryRows rows)
+{
+    auto shared = std::make_shared<LibraryRows>(std::move(rows));
+    storeQueue().async([shared = std::move(shared)]() mutable { shared.reset(); });
+}
+
+}
 
 /// Lets updates in for as long as the model is there. Any thread.
 struct LibraryItemsModel::Door {
@@ -39,7 +49,8 @@ LibraryItemsModel::LibraryItemsModel(QObject *parent) : QAbstractListModel(paren
 
 LibraryItemsModel::~LibraryItemsModel()
 {
-    end();
+    turnAway();
+    letGo(std::move(m_rows));
 }
 
 void LibraryItemsModel::setContainer(std::shared_ptr<ModelContainer> container)
@@ -66,7 +77,7 @@ void LibraryItemsModel::begin()
     m_query->start();
 }
 
-void LibraryItemsModel::end()
+void LibraryItemsModel::turnAway()
 {
     if (!m_query) {
         return;
@@ -78,6 +89,11 @@ void LibraryItemsModel::end()
     m_door.reset();
     m_query->stop();
     m_query.reset();
+}
+
+void LibraryItemsModel::end()
+{
+    turnAway();
     LibraryUpdate nothing;
     nothing.all.emplace();
     nothing.search = m_answered;
@@ -182,7 +198,7 @@ int LibraryItemsModel::rowOf(const QUuid &id) const
 std::optional<DownloadItem> LibraryItemsModel::item(const QUuid &id) const
 {
     const int row = rowOf(id);
-    return row < 0 ? std::nullopt : std::optional(m_rows[static_cast<std::size_t>(row)]->item());
+    return row < 0 ? std::nullopt : std::optional(itemAt(row));
 }
 
 void LibraryItemsModel::take(LibraryUpdate &update)
@@ -211,10 +227,9 @@ void LibraryItemsModel::take(LibraryUpdate &update)
 void LibraryItemsModel::replaceAll(LibraryRows &rows)
 {
     beginResetModel();
-    auto old = std::make_shared<LibraryRows>(std::exchange(m_rows, std::move(rows)));
+    LibraryRows old = std::exchange(m_rows, std::move(rows));
     endResetModel();
-    // To let go of a hundred thousand rows takes longer than a frame should wait.
-    storeQueue().async([old = std::move(old)]() mutable { old.reset(); });
+    letGo(std::move(old));
 }
 
 void LibraryItemsModel::apply(const RowChange &change)

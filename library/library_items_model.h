@@ -62,6 +62,11 @@ public:
     Q_INVOKABLE QUuid idAt(int row) const;
     /// -1 when the item is not among the rows.
     Q_INVOKABLE int rowOf(const QUuid &id) const;
+    /// REQUIRES: a row of the model.
+    [[nodiscard]] DownloadItem itemAt(int row) const
+    {
+        return m_rows.at(static_cast<std::size_t>(row))->item();
+    }
     /// Nothing when the item is not among the rows.
     [[nodiscard]] std::optional<DownloadItem> item(const QUuid &id) const;
 
@@ -78,6 +83,7 @@ private:
     struct Door;
 
     void begin();
+    void turnAway();
     void end();
     void take(LibraryUpdate &update);
     void apply(const RowChange &change);

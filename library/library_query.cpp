@@ -120,7 +120,7 @@ void LibraryQuery::readMore()
     const std::size_t wanted = m_rows.empty() ? firstPage : page;
     LibraryRows rows;
     try {
-        while (m_loading && rows.size() < wanted && m_loading->step()) {
+        while (m_loading && !m_isStopped && rows.size() < wanted && m_loading->step()) {
             rows.push_back(readRow(*m_loading));
         }
     } catch (const StoreError &error) {
