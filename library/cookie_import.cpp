@@ -4,6 +4,7 @@
 
 #include "library/model_container.h"
 #include "library/model_context.h"
+#include "library/whole_file.h"
 #include "platform/serial_queue.h"
 
 #include <QCoro/QCoroFuture>
@@ -13,7 +14,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPromise>
-#include <QSaveFile>
 
 #include <system_error>
 #include <utility>
@@ -90,15 +90,12 @@ std::vector<BrowserProfile> profilesIn(const QByteArray &answer)
     return profiles;
 }
 
-/// Nobody but the owner can read the file, at no time. @throws CookieImportError unsaved
+/// @throws CookieImportError unsaved
 void writeCookieFile(const QString &path, const HostCookies &cookies)
 {
     constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
-    QSaveFile file(path);
-    const bool isWritten = file.open(QIODevice::WriteOnly) && file.setPermissions(ownerOnly) &&
-                           file.write(cookies.file) == cookies.file.size() && file.commit();
-    if (!isWritten) {
-        throw CookieImportError(Kind::unsaved, cookies.host, file.errorString());
+    if (const std::optional<QString> reason = writeWholeFile(path, cookies.file, ownerOnly)) {
+        throw CookieImportError(Kind::unsaved, cookies.host, *reason);
     }
 }
 

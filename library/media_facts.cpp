@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/media_facts.h"
 
+#include "library/whole_file.h"
 #include "platform/ffmpeg/media_tools.h"
 #include "platform/log.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <filesystem>
 #include <vector>
@@ -54,12 +54,10 @@ void makeThumbnail(const QUrl &media, const QString &picture)
     if (!jpeg) {
         return;
     }
-    QSaveFile file(picture);
-    const auto size = static_cast<qint64>(jpeg->size());
-    if (!file.open(QIODevice::WriteOnly) ||
-        file.write(reinterpret_cast<const char *>(jpeg->data()), size) != size || !file.commit()) {
-        logLine(LogTag::engine,
-                "A thumbnail could not be written: " + file.errorString().toStdString());
+    const QByteArray content(reinterpret_cast<const char *>(jpeg->data()),
+                             static_cast<qsizetype>(jpeg->size()));
+    if (const std::optional<QString> reason = writeWholeFile(picture, content)) {
+        logLine(LogTag::engine, "A thumbnail could not be written: " + reason->toStdString());
     }
 }
 
