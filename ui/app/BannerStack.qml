@@ -51,7 +51,7 @@ Column {
             label: root.store.startedToast
             maximumWidth: root.width - 24
             onTapped: {
-                root.store.selectedTab = MacAppStore.downloads;
+                root.store.selectedTab = Tab.Downloads;
                 root.store.clearStartedToast();
             }
         }
@@ -63,7 +63,7 @@ Column {
             savedTitle: root.store.completedToast.title
             maximumWidth: root.width - 24
             onOpened: {
-                root.store.selectedTab = MacAppStore.library;
+                root.store.selectedTab = Tab.Library;
                 root.store.clearCompletedToast();
             }
             onDismissed: root.store.clearCompletedToast()

@@ -42,7 +42,7 @@ Rectangle {
                 text: root.titles[index]
                 symbol: root.symbols[index]
                 checked: root.selection === index
-                badge: index === MacAppStore.downloads ? root.activeBadge : 0
+                badge: index === Tab.Downloads ? root.activeBadge : 0
                 onClicked: root.selected(index)
                 onStepped: by => root.selected(Math.max(0, Math.min(3, root.selection + by)))
             }

@@ -26,11 +26,11 @@ Item {
 
         readonly property url file: {
             switch (root.store.selectedTab) {
-            case MacAppStore.downloads:
+            case Tab.Downloads:
                 return ScreenFiles.file("Downloads", "DownloadsMacView");
-            case MacAppStore.library:
+            case Tab.Library:
                 return ScreenFiles.file("Library", "LibraryMacView");
-            case MacAppStore.settings:
+            case Tab.Settings:
                 return ScreenFiles.file("Settings", "SettingsMacView");
             default:
                 return "";

@@ -16,7 +16,7 @@ Item {
         sequence: "Ctrl+Shift+V"
         enabled: root.enabled
         onActivated: {
-            if (root.store.selectedTab === MacAppStore.home)
+            if (root.store.selectedTab === Tab.Home)
                 root.home.pasteAndSave();
             else
                 root.store.beginPaste();
@@ -30,17 +30,17 @@ Item {
     Shortcut {
         sequence: "Ctrl+2"
         enabled: root.enabled
-        onActivated: root.store.selectedTab = MacAppStore.library
+        onActivated: root.store.selectedTab = Tab.Library
     }
     Shortcut {
         sequence: "Ctrl+3"
         enabled: root.enabled
-        onActivated: root.store.selectedTab = MacAppStore.downloads
+        onActivated: root.store.selectedTab = Tab.Downloads
     }
     Shortcut {
         sequence: "Ctrl+,"
         enabled: root.enabled
-        onActivated: root.store.selectedTab = MacAppStore.settings
+        onActivated: root.store.selectedTab = Tab.Settings
     }
     Shortcut {
         sequence: "Ctrl+Q"

@@ -52,17 +52,17 @@ MenuBar {
         MenuItem {
             text: qsTr("Show Library")
             keys: "Ctrl+2"
-            onTriggered: root.store.selectedTab = MacAppStore.library
+            onTriggered: root.store.selectedTab = Tab.Library
         }
         MenuItem {
             text: qsTr("Show Downloads")
             keys: "Ctrl+3"
-            onTriggered: root.store.selectedTab = MacAppStore.downloads
+            onTriggered: root.store.selectedTab = Tab.Downloads
         }
         MenuItem {
             text: qsTr("Show Settings")
             keys: "Ctrl+,"
-            onTriggered: root.store.selectedTab = MacAppStore.settings
+            onTriggered: root.store.selectedTab = Tab.Settings
         }
     }
     Menu {

@@ -14,7 +14,7 @@ FocusScope {
 
     required property MacAppStore store
     required property HomeModel home
-    readonly property bool shown: store.selectedTab === MacAppStore.home
+    readonly property bool shown: store.selectedTab === Tab.Home
 
     Keys.onReturnPressed: root.home.submit()
     Keys.onEnterPressed: root.home.submit()
@@ -94,7 +94,7 @@ FocusScope {
             RecentSaves {
                 width: parent.width
                 items: root.home.recents
-                onOpened: root.store.selectedTab = MacAppStore.library
+                onOpened: root.store.selectedTab = Tab.Library
             }
             HowItWorks {
                 width: parent.width

@@ -16,6 +16,21 @@ struct MacAppStoreType {
     QML_UNCREATABLE("The program makes one.")
 };
 
+/// The tabs by names that QML can say: its enumerators begin with a capital.
+struct TabType {
+    Q_GADGET
+    QML_NAMED_ELEMENT(Tab)
+    QML_UNCREATABLE("Names only.")
+public:
+    enum Value {
+        Home = int(MacAppStore::MacTab::home),
+        Downloads = int(MacAppStore::MacTab::downloads),
+        Library = int(MacAppStore::MacTab::library),
+        Settings = int(MacAppStore::MacTab::settings),
+    };
+    Q_ENUM(Value)
+};
+
 struct ActiveDownloadsType {
     Q_GADGET
     QML_FOREIGN(veltro::ActiveDownloads)

@@ -1,0 +1,302 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The main window, its keys and what it says, with the real engine on the test site.
+#include "tests/ui/app/window_bench.h"
+
+#include <QRegularExpression>
+#include <QSignalSpy>
+
+namespace veltro {
+
+#define TRY(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, CoordinatorBench::patience)
+
+class TestMainWindow : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void namedItemsAreAsTheyWereDrawn_data();
+    void namedItemsAreAsTheyWereDrawn();
+    void theWindowKeepsItsLeastSizeAndItsLightColours();
+    void theSidebarFollowsTheStore();
+    void theDividerStaysWithinItsLimits();
+    void eachKeyDoesItsOneThing();
+    void noKeyIsHeardUnderASheet();
+    void returnSubmitsOnceWhereverTheFocusIsOnHome();
+    void bannersComeWithTheirToastsAndLeaveInTime();
+    void anEngineErrorIsToldOnceAndSettled();
+    void theBatchSheetBeginsEmptyAndQueues();
+    void closingAsksWhileDownloadsAreActive();
+
+private:
+    [[nodiscard]] QVariant value(const QString &item, const char *property)
+    {
+        return m_bench->item(item).property(property);
+    }
+
+    std::unique_ptr<WindowBench> m_bench;
+};
+
+void TestMainWindow::init()
+{
+    QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
+    m_bench = std::make_unique<WindowBench>();
+    QVERIFY(QTest::qWaitForWindowActive(&m_bench->window()));
+}
+
+void TestMainWindow::cleanup()
+{
+    m_bench->site.release();
+    TRY(!m_bench->homeModel().working());
+    while (m_bench->downloads().count() > 0) {
+        m_bench->store().cancel(m_bench->downloads().record(0)->id());
+    }
+    TRY(!m_bench->engine.hasRuns());
+    m_bench.reset();
+}
+
+void TestMainWindow::namedItemsAreAsTheyWereDrawn_data()
+{
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<QByteArray>("property");
+    QTest::addColumn<QVariant>("expected");
+    const auto row = [](const char *item, const char *property, const QVariant &expected) {
+        QTest::addRow("%s: %s", item, property)
+            << QString::fromLatin1(item) << QByteArray(property) << expected;
+    };
+    const QColor ink(0x10, 0x14, 0x1C);
+    const QColor secondary(0x3B, 0x41, 0x4C);
+    row("sidebar", "width", 240.0);
+    row("productName", "text", QStringLiteral("Veltro"));
+    row("productName", "color", ink);
+    row("engineDot", "width", 8.0);
+    row("engineDot", "color", QColor(0xE3, 0x85, 0x13));
+    row("engineCaption", "text", QStringLiteral("Booting…"));
+    row("engineCaption", "color", secondary);
+    row("headline", "text", QStringLiteral("Save any video.\nFrom any site."));
+    row("headline", "color", ink);
+    row("lead", "color", secondary);
+    row("lead", "width", 660.0); // as wide as the column, which is narrower than 720 here
+    row("urlField", "placeholderText", QStringLiteral("https://"));
+    row("urlField", "activeFocus", true);
+    row("save", "enabled", false);
+    row("save", "opacity", 0.5);
+    row("chip1", "checked", true);
+    row("chip0", "text", QStringLiteral("4K"));
+    row("chip4", "text", QStringLiteral("Audio"));
+    row("chip4", "checked", false);
+    row("pasteAndSave", "text", QStringLiteral("Paste & save"));
+    row("pasteMany", "text", QStringLiteral("Paste many"));
+}
+
+void TestMainWindow::namedItemsAreAsTheyWereDrawn()
+{
+    QFETCH(QString, item);
+    QFETCH(QByteArray, property);
+    QTEST(value(item, property.constData()), "expected");
+}
+
+void TestMainWindow::theWindowKeepsItsLeastSizeAndItsLightColours()
+{
+    QCOMPARE(m_bench->window().minimumSize(), QSize(980, 680));
+    QCOMPARE(m_bench->window().title(), QStringLiteral("Veltro"));
+    QCOMPARE(m_bench->window().color(), QColor(0xF6, 0xF3, 0xEF));
+    struct Fonts {
+        const char *item;
+        int size;
+        int weight;
+    };
+    for (const Fonts &expected :
+         {Fonts{"productName", 16, QFont::DemiBold}, Fonts{"engineCaption", 11, QFont::Medium},
+          Fonts{"headline", 64, QFont::Bold}, Fonts{"lead", 18, QFont::Normal},
+          Fonts{"urlField", 18, QFont::Normal}, Fonts{"save", 16, QFont::DemiBold}}) {
+        const QFont font = value(QString::fromLatin1(expected.item), "font").value<QFont>();
+        QCOMPARE(font.pixelSize(), expected.size);
+        QCOMPARE(int(font.weight()), expected.weight);
+    }
+}
+
+void TestMainWindow::theSidebarFollowsTheStore()
+{
+    QVERIFY(value(QStringLiteral("tab0"), "checked").toBool());
+    m_bench->click(QStringLiteral("tab1"));
+    QCOMPARE(m_bench->store().selectedTab(), MacTab::downloads);
+    QVERIFY(!value(QStringLiteral("homeScreen"), "visible").toBool());
+    m_bench->store().setSelectedTab(MacTab::home);
+    QVERIFY(value(QStringLiteral("homeScreen"), "visible").toBool());
+    QVERIFY(value(QStringLiteral("urlField"), "activeFocus").toBool());
+
+    m_bench->site.addRule(QStringLiteral("match=/plain&hold=0"));
+    m_bench->queue(QStringLiteral("/plain"));
+    m_bench->queue(QStringLiteral("/plain"));
+    QCOMPARE(value(QStringLiteral("tab1"), "badge").toInt(), 2);
+    for (const char *other : {"tab0", "tab2", "tab3"}) {
+        QCOMPARE(value(QString::fromLatin1(other), "badge").toInt(), 0);
+    }
+    m_bench->store().beginEngine();
+    TRY(m_bench->store().engineReady());
+    QCOMPARE(value(QStringLiteral("engineCaption"), "text").toString(),
+             QStringLiteral("Engine ready"));
+    QCOMPARE(value(QStringLiteral("engineDot"), "color").value<QColor>(), QColor(0x14, 0x7F, 0x51));
+}
+
+void TestMainWindow::theDividerStaysWithinItsLimits()
+{
+    QQuickItem &divider = m_bench->item(QStringLiteral("sidebarDivider"));
+    const auto drag = [this, &divider](int by) {
+        const QPoint from = divider.mapToScene({4, 300}).toPoint();
+        QTest::mousePress(&m_bench->window(), Qt::LeftButton, {}, from);
+        QTest::mouseMove(&m_bench->window(), from + QPoint(by / 2, 0));
+        QTest::mouseMove(&m_bench->window(), from + QPoint(by, 0));
+        QTest::mouseRelease(&m_bench->window(), Qt::LeftButton, {}, from + QPoint(by, 0));
+    };
+    drag(400);
+    QCOMPARE(value(QStringLiteral("sidebar"), "width").toInt(), 280);
+    drag(-400);
+    QCOMPARE(value(QStringLiteral("sidebar"), "width").toInt(), 220);
+}
+
+void TestMainWindow::eachKeyDoesItsOneThing()
+{
+    MacAppStore &store = m_bench->store();
+    QWindow *window = &m_bench->window();
+    QTest::keyClick(window, Qt::Key_2, Qt::ControlModifier);
+    QCOMPARE(store.selectedTab(), MacTab::library);
+    QTest::keyClick(window, Qt::Key_3, Qt::ControlModifier);
+    QCOMPARE(store.selectedTab(), MacTab::downloads);
+    QTest::keyClick(window, Qt::Key_Comma, Qt::ControlModifier);
+    QCOMPARE(store.selectedTab(), MacTab::settings);
+    QTest::keyClick(window, Qt::Key_1, Qt::ControlModifier);
+    QCOMPARE(store.selectedTab(), MacTab::settings);
+
+    // Elsewhere than on Home a pasted link asks for a format; on Home it is saved at the tier.
+    m_bench->pasteboard.held = m_bench->site.url(QStringLiteral("/plain")).toString();
+    QTest::keyClick(window, Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
+    TRY(store.hasPendingFormatPick());
+    store.clearPendingFormatPick();
+    QVERIFY(m_bench->homeModel().urlText().isEmpty());
+    store.setSelectedTab(MacTab::home);
+    QTest::keyClick(window, Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
+    QVERIFY(m_bench->homeModel().working());
+    TRY(m_bench->downloads().count() == 1);
+    QVERIFY(!store.hasPendingFormatPick());
+}
+
+void TestMainWindow::noKeyIsHeardUnderASheet()
+{
+    MacAppStore &store = m_bench->store();
+    QTest::keyClick(&m_bench->window(), Qt::Key_B, Qt::ControlModifier | Qt::ShiftModifier);
+    QVERIFY(store.showBatchPaste());
+    m_bench->pasteboard.held = m_bench->site.url(QStringLiteral("/plain")).toString();
+    QTRY_VERIFY(m_bench->popup(QStringLiteral("batchSheet")).property("opened").toBool());
+    QTest::keyClick(&m_bench->window(), Qt::Key_2, Qt::ControlModifier);
+    QTest::keyClick(&m_bench->window(), Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(store.selectedTab(), MacTab::home);
+    QVERIFY(!m_bench->homeModel().working());
+    QTest::keyClick(&m_bench->window(), Qt::Key_Escape);
+    QVERIFY(!store.showBatchPaste());
+}
+
+void TestMainWindow::returnSubmitsOnceWhereverTheFocusIsOnHome()
+{
+    m_bench->site.addRule(QStringLiteral("match=/plain&hold=0"));
+    QWindow *window = &m_bench->window();
+    m_bench->homeModel().setUrlText(m_bench->site.url(QStringLiteral("/plain")).toString());
+    QCOMPARE(value(QStringLiteral("save"), "opacity").toDouble(), 1.0);
+    m_bench->item(QStringLiteral("chip3")).forceActiveFocus();
+    QTest::keyClick(window, Qt::Key_Return);
+    QVERIFY(m_bench->homeModel().working());
+    QVERIFY(!value(QStringLiteral("save"), "enabled").toBool());
+    QTest::keyClick(window, Qt::Key_Return);
+    m_bench->item(QStringLiteral("urlField")).forceActiveFocus();
+    QTest::keyClick(window, Qt::Key_Enter);
+    m_bench->click(QStringLiteral("save"));
+    TRY(m_bench->site.requestCount(QStringLiteral("/plain")) > 0);
+    m_bench->site.release();
+    TRY(!m_bench->homeModel().working());
+    QCOMPARE(m_bench->downloads().count(), 1);
+}
+
+void TestMainWindow::bannersComeWithTheirToastsAndLeaveInTime()
+{
+    MacAppStore &store = m_bench->store();
+    QVERIFY(!m_bench->item(QStringLiteral("startedBanner")).isVisible());
+    store.setStartedToast(QStringLiteral("<b>A title</b>"));
+    QTRY_VERIFY(m_bench->item(QStringLiteral("startedBanner")).isVisible());
+    QVERIFY(value(QStringLiteral("startedBanner"), "width").toDouble() >= 360);
+    QElapsedTimer clock;
+    clock.start();
+    QTRY_VERIFY(!store.hasStartedToast());
+    QVERIFY(clock.elapsed() >= 1500);
+
+    store.setStartedToast(QStringLiteral("Another"));
+    QTRY_COMPARE(m_bench->item(QStringLiteral("viewQueue")).mapToScene({}).y() > 0, true);
+    QTRY_COMPARE(m_bench->item(QStringLiteral("startedBanner")).parentItem()->y(), 0.0);
+    m_bench->click(QStringLiteral("viewQueue"));
+    QCOMPARE(store.selectedTab(), MacTab::downloads);
+    QVERIFY(!store.hasStartedToast());
+
+    store.setCompletedToast(CompletedToast{QUuid::createUuid(), QStringLiteral("Saved"), QUrl()});
+    QTRY_COMPARE(m_bench->item(QStringLiteral("completedBanner")).parentItem()->y(), 0.0);
+    m_bench->click(QStringLiteral("openLibrary"));
+    QCOMPARE(store.selectedTab(), MacTab::library);
+    QVERIFY(!store.hasCompletedToast());
+}
+
+void TestMainWindow::anEngineErrorIsToldOnceAndSettled()
+{
+    MacAppStore &store = m_bench->store();
+    store.beginLink(m_bench->site.deadUrl(QStringLiteral("/plain")));
+    TRY(store.showEngineError());
+    QObject &alert = m_bench->popup(QStringLiteral("engineAlert"));
+    QTRY_VERIFY(alert.property("opened").toBool());
+    QCOMPARE(alert.property("title").toString(), QStringLiteral("Engine error"));
+    QCOMPARE(alert.property("message").toString(), store.engineErrorText());
+    QVERIFY(!store.engineErrorText().isEmpty());
+    QTest::keyClick(&m_bench->window(), Qt::Key_Return);
+    QTRY_VERIFY(!store.showEngineError());
+    QVERIFY(!m_bench->homeModel().working());
+}
+
+void TestMainWindow::theBatchSheetBeginsEmptyAndQueues()
+{
+    m_bench->site.addRule(QStringLiteral("match=/plain&hold=0"));
+    const QString page = m_bench->site.url(QStringLiteral("/plain")).toString();
+    m_bench->pasteboard.held = page + QStringLiteral("\nno link\n") + page;
+    m_bench->click(QStringLiteral("pasteMany"));
+    QTRY_VERIFY(m_bench->popup(QStringLiteral("batchSheet")).property("opened").toBool());
+    QVERIFY(!value(QStringLiteral("batchQueue"), "enabled").toBool());
+    QCOMPARE(value(QStringLiteral("batchQueue"), "opacity").toDouble(), 0.4);
+    m_bench->click(QStringLiteral("batchPaste"));
+    QCOMPARE(value(QStringLiteral("batchCount"), "text").toString(),
+             QStringLiteral("2 links detected"));
+    QCOMPARE(value(QStringLiteral("batchQueue"), "text").toString(), QStringLiteral("Queue 2"));
+    m_bench->click(QStringLiteral("batchQueue"));
+    QTRY_COMPARE(m_bench->downloads().count(), 2);
+    QVERIFY(!m_bench->store().showBatchPaste());
+    m_bench->store().setShowBatchPaste(true);
+    QTRY_VERIFY(m_bench->popup(QStringLiteral("batchSheet")).property("opened").toBool());
+    QVERIFY(value(QStringLiteral("batchEditor"), "text").toString().isEmpty());
+}
+
+void TestMainWindow::closingAsksWhileDownloadsAreActive()
+{
+    m_bench->site.addRule(QStringLiteral("match=/plain&hold=0"));
+    m_bench->queue(QStringLiteral("/plain"));
+    QObject &question = m_bench->popup(QStringLiteral("closeQuestion"));
+    m_bench->window().close();
+    QVERIFY(m_bench->window().isVisible());
+    QTRY_VERIFY(question.property("opened").toBool());
+    QTest::keyClick(&m_bench->window(), Qt::Key_Escape);
+    QTRY_VERIFY(!question.property("visible").toBool());
+    QVERIFY(m_bench->window().isVisible());
+    m_bench->window().close();
+    QTRY_VERIFY(question.property("opened").toBool());
+    QTest::keyClick(&m_bench->window(), Qt::Key_Return);
+    QTRY_VERIFY(!m_bench->window().isVisible());
+}
+
+}
+
+QTEST_MAIN(veltro::TestMainWindow)
+#include "tst_main_window.moc"

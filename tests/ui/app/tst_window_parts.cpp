@@ -1,0 +1,96 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "coordination/page_links.h"
+#include "ui/app/link_drop.h"
+#include "ui/app/open_requests.h"
+#include "ui/app/window_memory.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace veltro {
+
+class TestWindowParts : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void anAddressComesWholeOutOfItsRequest_data()
+    {
+        QTest::addColumn<QString>("given");
+        QTest::addColumn<QString>("inner");
+        const auto row = [](const char *why, const char *given, const char *inner) {
+            QTest::newRow(why) << QString::fromUtf8(given) << QString::fromUtf8(inner);
+        };
+        row("a page", "https://a.example/watch?v=1&t=2#x", "https://a.example/watch?v=1&t=2#x");
+        row("a page with an item of that name", "https://a.example/?url=https%3A%2F%2Fb.example",
+            "https://a.example/?url=https%3A%2F%2Fb.example");
+        row("our own scheme", "veltro://save?url=https%3A%2F%2Fa.example%2F1",
+            "https://a.example/1");
+        row("letters beyond ASCII", "https://a.example/é", "https://a.example/%C3%A9");
+    }
+    void anAddressComesWholeOutOfItsRequest()
+    {
+        QFETCH(QString, given);
+        QFETCH(QString, inner);
+        const std::optional<QUrl> link = linkInRequest(openRequest(given));
+        QVERIFY(link);
+        QCOMPARE(link->toString(QUrl::FullyEncoded), inner);
+    }
+
+    void aDropGivesItsFirstLink_data()
+    {
+        QTest::addColumn<QList<QUrl>>("addresses");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QUrl>("link");
+        const QUrl page(QStringLiteral("https://a.example/1"));
+        QTest::newRow("an address") << QList<QUrl>{page} << QString() << page;
+        QTest::newRow("the first of two")
+            << QList<QUrl>{QUrl(), page, QUrl(QStringLiteral("https://b.example"))} << QString()
+            << page;
+        QTest::newRow("text alone")
+            << QList<QUrl>() << QStringLiteral(" https://a.example/1\n") << page;
+        QTest::newRow("words") << QList<QUrl>() << QStringLiteral("not a link") << QUrl();
+        QTest::newRow("an image") << QList<QUrl>() << QString() << QUrl();
+        QTest::newRow("a whole document")
+            << QList<QUrl>() << QStringLiteral("https://a.example/").repeated(10'000) << QUrl();
+    }
+    void aDropGivesItsFirstLink()
+    {
+        QFETCH(QList<QUrl>, addresses);
+        QFETCH(QString, text);
+        QTEST(LinkDrop::firstLink(addresses, text), "link");
+    }
+
+    void theWindowIsRememberedWithinItsLimits()
+    {
+        const QTemporaryDir folder;
+        const DefaultsStore store(folder.filePath(QStringLiteral("defaults.ini")));
+        {
+            WindowMemory memory(store);
+            QCOMPARE(memory.sidebarWidth(), 240);
+            memory.setProperty("width", 1400);
+            memory.setProperty("maximized", true);
+            memory.setSidebarWidth(900);
+            memory.save();
+        }
+        const WindowMemory again(store);
+        QCOMPARE(again.property("width").toInt(), 1400);
+        QCOMPARE(again.property("maximized").toBool(), true);
+        QCOMPARE(again.sidebarWidth(), 280);
+    }
+
+    void aBrokenMemoryIsForgotten()
+    {
+        const QTemporaryDir folder;
+        const DefaultsStore store(folder.filePath(QStringLiteral("defaults.ini")));
+        QVERIFY(store.setData(QStringLiteral("MainWindow"), R"({"width":"x","height":-4})"));
+        const WindowMemory memory(store);
+        QCOMPARE(memory.property("width").toInt(), 1120);
+        QCOMPARE(memory.property("height").toInt(), 1);
+        QCOMPARE(memory.sidebarWidth(), 240);
+    }
+};
+
+}
+
+QTEST_GUILESS_MAIN(veltro::TestWindowParts)
+#include "tst_window_parts.moc"

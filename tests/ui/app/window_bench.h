@@ -1,0 +1,98 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+#include "tests/coordination/coordinator_bench.h"
+#include "ui/app/window_memory.h"
+#include "ui/design/appearance.h"
+#include "ui/home/home_model.h"
+#include "ui/types/desktop.h"
+
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+
+namespace veltro {
+
+/// The main window over a coordinator with the real engine, the test site for the web, and a
+/// desktop that only keeps what it is told. 980 by 680, light, in a home of its own.
+class WindowBench : public CoordinatorBench {
+public:
+    WindowBench()
+        : m_memory(DefaultsStore(home.path(QStringLiteral("window.ini"))))
+        , m_home(store(), pasteboard, MacPasteWatcher::Delivery::atOnce)
+        , m_desktop(workspace, pasteboard)
+    {
+        m_memory.setProperty("width", 980);
+        m_memory.setProperty("height", 680);
+        applyAppearance();
+        setDesktop(&m_desktop);
+        m_qml.addImportPath(QStringLiteral(":/qt/qml"));
+        m_qml.setInitialProperties({
+            {QStringLiteral("store"), QVariant::fromValue(&store())},
+            {QStringLiteral("home"), QVariant::fromValue(&m_home)},
+            {QStringLiteral("memory"), QVariant::fromValue(&m_memory)},
+        });
+        m_qml.load(QUrl(QStringLiteral("qrc:/qt/qml/Veltro/App/MainWindow.qml")));
+        if (m_qml.rootObjects().isEmpty()) {
+            qFatal("the main window cannot be loaded");
+        }
+        m_window = qobject_cast<QQuickWindow *>(m_qml.rootObjects().constFirst());
+        m_window->show();
+    }
+    ~WindowBench()
+    {
+        delete m_window;
+        setDesktop(nullptr);
+    }
+
+    [[nodiscard]] QQuickWindow &window() { return *m_window; }
+    [[nodiscard]] HomeModel &homeModel() { return m_home; }
+    [[nodiscard]] WindowMemory &memory() { return m_memory; }
+
+    /// The item of that name, wherever it is in the window; fails the program when there is none.
+    [[nodiscard]] QQuickItem &item(const QString &name)
+    {
+        QQuickItem *found = find(m_window->contentItem(), name);
+        if (found == nullptr) {
+            qFatal("there is no item %s", qPrintable(name));
+        }
+        return *found;
+    }
+    [[nodiscard]] QQuickItem *find(QQuickItem *in, const QString &name)
+    {
+        if (in->objectName() == name) {
+            return in;
+        }
+        for (QQuickItem *child : in->childItems()) {
+            if (QQuickItem *found = find(child, name)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+    /// A sheet or an alert.
+    [[nodiscard]] QObject &popup(const QString &name)
+    {
+        auto *found = m_window->findChild<QObject *>(name);
+        if (found == nullptr) {
+            qFatal("there is no popup %s", qPrintable(name));
+        }
+        return *found;
+    }
+    void click(const QString &name)
+    {
+        QQuickItem &target = item(name);
+        const QPointF middle = target.mapToScene({target.width() / 2, target.height() / 2});
+        QTest::mouseClick(m_window, Qt::LeftButton, Qt::NoModifier, middle.toPoint());
+    }
+
+private:
+    WindowMemory m_memory;
+    HomeModel m_home;
+    Desktop m_desktop;
+    QQmlApplicationEngine m_qml;
+    QPointer<QQuickWindow> m_window;
+};
+
+}
