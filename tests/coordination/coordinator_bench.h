@@ -30,7 +30,7 @@ public:
         qputenv("XDG_DATA_HOME", data.path().toUtf8());
         QDir(cookieFolder()).removeRecursively();
         QFile::remove(cookieFolder());
-        m_savedBefore = allTitles().size();
+        m_savedBefore = qsizetype(allItems().size());
         renew();
     }
 
@@ -64,9 +64,21 @@ public:
         return names;
     }
 
-    /// The titles that came into the library since this bench was made, oldest first; read anew,
-    /// by a container of its own.
-    [[nodiscard]] QStringList savedTitles() const { return allTitles().mid(m_savedBefore); }
+    /// What came into the library since this bench was made, oldest first; read anew, by a
+    /// container of its own.
+    [[nodiscard]] std::vector<DownloadItem> savedItems() const
+    {
+        const std::vector<DownloadItem> items = allItems();
+        return {items.begin() + m_savedBefore, items.end()};
+    }
+    [[nodiscard]] QStringList savedTitles() const
+    {
+        QStringList titles;
+        for (const DownloadItem &item : savedItems()) {
+            titles.append(item.title);
+        }
+        return titles;
+    }
 
     [[nodiscard]] static QString cookieFolder()
     {
@@ -84,18 +96,18 @@ public:
     bool isActive = true;
 
 private:
-    [[nodiscard]] static QStringList allTitles()
+    [[nodiscard]] static std::vector<DownloadItem> allItems()
     {
-        LibraryItemsModel items;
-        items.setContainer(makeContainer());
-        if (!QTest::qWaitFor([&items] { return items.isLoaded(); }, patience)) {
+        LibraryItemsModel model;
+        model.setContainer(makeContainer());
+        if (!QTest::qWaitFor([&model] { return model.isLoaded(); }, patience)) {
             qFatal("the library cannot be read");
         }
-        QStringList titles;
-        for (int row = items.count() - 1; row >= 0; --row) {
-            titles.append(items.data(items.index(row), LibraryItemsModel::titleRole).toString());
+        std::vector<DownloadItem> items;
+        for (int row = model.count() - 1; row >= 0; --row) {
+            items.push_back(model.item(model.idAt(row)).value());
         }
-        return titles;
+        return items;
     }
 
     qsizetype m_savedBefore = 0;
