@@ -159,8 +159,13 @@ private:
 
 SearchIndex &SearchIndex::standard()
 {
-    static SearchIndex index(dataFolder() + QStringLiteral("/search.sqlite"));
+    static SearchIndex index(standardFile());
     return index;
+}
+
+QString SearchIndex::standardFile()
+{
+    return dataFolder() + QStringLiteral("/search.sqlite");
 }
 
 SearchIndex::SearchIndex(QString file)

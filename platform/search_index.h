@@ -31,8 +31,9 @@ struct SearchableItem {
 /// removed. Failures are silent but for one line in the log. Any thread.
 class SearchIndex {
 public:
-    /// The user's index.
+    /// The user's index, over the standard file.
     static SearchIndex &standard();
+    [[nodiscard]] static QString standardFile();
 
     /// Nothing is opened or made before it is needed.
     explicit SearchIndex(QString file);

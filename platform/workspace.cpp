@@ -115,23 +115,22 @@ void ringBell()
 
 bool isSafeToOpen(const QString &file)
 {
-    const QFileInfo information(file);
+    // What a link is called counts as well as what it leads to: other programs go by either.
+    const QString target = QFileInfo(file).canonicalFilePath();
+    const QFileInfo information(target);
     if (!information.isFile()) {
         return false;
     }
     const QMimeDatabase types;
-    QList<QMimeType> candidates = types.mimeTypesForFileName(information.fileName());
-    candidates += types.mimeTypeForFile(information, QMimeDatabase::MatchContent);
-    if (information.isSymLink()) {
-        candidates +=
-            types.mimeTypesForFileName(QFileInfo(information.canonicalFilePath()).fileName());
-    }
-    if (std::any_of(candidates.cbegin(), candidates.cend(), isRunnable)) {
+    const QList<QMimeType> called = types.mimeTypesForFileName(QFileInfo(file).fileName());
+    QList<QMimeType> kinds = types.mimeTypesForFileName(information.fileName());
+    kinds += types.mimeTypeForFile(information, QMimeDatabase::MatchContent);
+    if (std::any_of(called.cbegin(), called.cend(), isRunnable) ||
+        std::any_of(kinds.cbegin(), kinds.cend(), isRunnable)) {
         return false;
     }
     // On some file systems every file may be run, so that mark tells nothing about media.
-    return !information.isExecutable() ||
-           std::any_of(candidates.cbegin(), candidates.cend(), isMedia);
+    return !information.isExecutable() || std::any_of(kinds.cbegin(), kinds.cend(), isMedia);
 }
 
 DesktopWorkspace::DesktopWorkspace() : DesktopWorkspace(startOnItsOwn) {}
