@@ -38,16 +38,19 @@ Program::Program()
                .isApplicationActive = isProgramActive})
     , m_home(m_store, m_pasteboard, clipboardDelivery())
     , m_desktop(m_workspace, m_pasteboard)
+    , m_sites(m_engine)
 {
     m_recents.setLimit(recentItems);
     m_home.setRecents(&m_recents);
     setDesktop(&m_desktop);
+    setLoggedInSites(&m_sites);
 }
 
 Program::~Program()
 {
     delete m_window;
     setDesktop(nullptr);
+    setLoggedInSites(nullptr);
 }
 
 bool Program::start()
@@ -87,7 +90,8 @@ QCoro::Task<void> Program::openLibrary(QPointer<Program> self)
     const QPointer<Program> program = std::move(self);
     std::shared_ptr<ModelContainer> container = co_await makeContainerInBackground();
     if (program) {
-        program->m_recents.setContainer(std::move(container));
+        program->m_recents.setContainer(container);
+        program->m_sites.setContainer(std::move(container));
     }
 }
 

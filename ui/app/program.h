@@ -9,6 +9,7 @@
 #include "platform/workspace.h"
 #include "ui/app/window_memory.h"
 #include "ui/home/home_model.h"
+#include "ui/settings/logged_in_sites.h"
 #include "ui/types/desktop.h"
 
 #include <QQmlApplicationEngine>
@@ -47,6 +48,7 @@ private:
     HomeModel m_home;
     WindowMemory m_memory;
     Desktop m_desktop;
+    LoggedInSites m_sites;
     QQmlApplicationEngine m_qml; // ends first, since its objects use all of the above
     QPointer<QQuickWindow> m_window;
     bool m_hasBegun = false;

@@ -59,7 +59,7 @@ ItemState DownloadRow::state() const
 
 QString DownloadRow::title() const
 {
-    return m_record ? m_record->title() : QString();
+    return m_record ? singleLine(m_record->title()) : QString();
 }
 
 QString DownloadRow::host() const
@@ -70,6 +70,12 @@ QString DownloadRow::host() const
 QUrl DownloadRow::page() const
 {
     return m_record ? m_record->url() : QUrl();
+}
+
+bool DownloadRow::isWebPage() const
+{
+    const QString scheme = page().scheme();
+    return scheme == QLatin1String("http") || scheme == QLatin1String("https");
 }
 
 QString DownloadRow::status() const

@@ -15,11 +15,15 @@ namespace veltro {
 class DownloadRow : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(veltro::DownloadProgressState *record READ record WRITE setRecord NOTIFY
-                   recordChanged REQUIRED)
+    Q_PROPERTY(
+        veltro::DownloadProgressState *record READ record WRITE setRecord NOTIFY recordChanged)
+    /// On one line, whatever the page put into it.
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
     Q_PROPERTY(QString host READ host NOTIFY recordChanged)
     Q_PROPERTY(QUrl page READ page NOTIFY recordChanged)
+    Q_PROPERTY(QString pageText READ pageText NOTIFY recordChanged)
+    /// Whether a browser can open the page.
+    Q_PROPERTY(bool isWebPage READ isWebPage NOTIFY recordChanged)
     Q_PROPERTY(QString status READ status NOTIFY stateChanged)
     Q_PROPERTY(Tint statusTint READ statusTint NOTIFY stateChanged)
     /// The step of the processing; empty in other states.
@@ -27,6 +31,9 @@ class DownloadRow : public QObject {
     /// Why it failed, as the engine put it; empty in other states.
     Q_PROPERTY(QString failure READ failure NOTIFY stateChanged)
     Q_PROPERTY(QUrl file READ file NOTIFY stateChanged)
+    Q_PROPERTY(bool hasFile READ hasFile NOTIFY stateChanged)
+    /// As the user's file manager writes it.
+    Q_PROPERTY(QString filePath READ filePath NOTIFY stateChanged)
     Q_PROPERTY(bool canPlay READ canPlay NOTIFY stateChanged)
     Q_PROPERTY(bool canCancel READ canCancel NOTIFY stateChanged)
     Q_PROPERTY(bool canRetry READ canRetry NOTIFY stateChanged)
@@ -51,11 +58,15 @@ public:
     [[nodiscard]] QString title() const;
     [[nodiscard]] QString host() const;
     [[nodiscard]] QUrl page() const;
+    [[nodiscard]] QString pageText() const { return QString::fromUtf8(page().toEncoded()); }
+    [[nodiscard]] bool isWebPage() const;
     [[nodiscard]] QString status() const;
     [[nodiscard]] Tint statusTint() const;
     [[nodiscard]] QString stage() const;
     [[nodiscard]] QString failure() const;
     [[nodiscard]] QUrl file() const;
+    [[nodiscard]] bool hasFile() const { return !file().isEmpty(); }
+    [[nodiscard]] QString filePath() const { return file().toLocalFile(); }
     [[nodiscard]] bool canPlay() const;
     [[nodiscard]] bool canCancel() const;
     [[nodiscard]] bool canRetry() const;

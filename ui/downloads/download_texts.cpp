@@ -42,6 +42,18 @@ QString hostText(const QUrl &page)
     return host.isEmpty() ? page.toString() : host;
 }
 
+QString singleLine(QString text)
+{
+    for (QChar &character : text) {
+        const QChar::Category category = character.category();
+        if (category == QChar::Separator_Line || category == QChar::Separator_Paragraph ||
+            category == QChar::Other_Control) {
+            character = u' ';
+        }
+    }
+    return text;
+}
+
 std::optional<qint64> wholeNumber(std::optional<double> number)
 {
     constexpr double limit = 9223372036854775808.0; // 2^63

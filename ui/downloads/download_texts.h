@@ -18,6 +18,9 @@ namespace veltro {
 /// The host of the page; the whole address when it has none.
 [[nodiscard]] QString hostText(const QUrl &page);
 
+/// The text with a blank in place of each break of a line and each tab.
+[[nodiscard]] QString singleLine(QString text);
+
 /// The parts of the line below the bar; an empty part is not shown.
 struct ProgressDetail {
     QString position; ///< the segment, or the bytes done

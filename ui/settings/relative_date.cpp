@@ -89,4 +89,21 @@ QString relativeDateText(const QDateTime &date, const QDateTime &now)
     return longPhrase(earlier.date(), later.date(), isPast);
 }
 
+void RelativeDate::setDate(const QDateTime &date)
+{
+    if (m_date != date) {
+        m_date = date;
+        refresh();
+    }
+}
+
+void RelativeDate::refresh()
+{
+    const QString text = relativeDateText(m_date, QDateTime::currentDateTime());
+    if (m_text != text) {
+        m_text = text;
+        Q_EMIT textChanged();
+    }
+}
+
 }

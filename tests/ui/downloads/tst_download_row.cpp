@@ -50,6 +50,7 @@ private Q_SLOTS:
     void theTimeLeftIsShownOnlyBeforeTheProcessing();
     void theBarNeverLeavesItsTrack();
     void aPageWithoutAHostShowsItsWholeAddress();
+    void aTitleStaysOnOneLine();
     void aScreenReaderHearsTheStageAndTheReason();
     void anExchangedRecordIsForgotten();
     void aRowOutlivesItsRecord();
@@ -176,9 +177,20 @@ void TestDownloadRow::aPageWithoutAHostShowsItsWholeAddress()
     const auto page = makeRecord(QStringLiteral("https://Video.Example:8080/a"));
     row.setRecord(page.get());
     QCOMPARE(row.host(), QStringLiteral("video.example"));
+    QVERIFY(row.isWebPage());
     const auto file = makeRecord(QStringLiteral("file:///tmp/a%20b.html"));
     row.setRecord(file.get());
     QCOMPARE(row.host(), QStringLiteral("file:///tmp/a b.html"));
+    QVERIFY(!row.isWebPage());
+}
+
+void TestDownloadRow::aTitleStaysOnOneLine()
+{
+    const auto record = makeRecord();
+    DownloadRow row;
+    row.setRecord(record.get());
+    record->setTitle(QStringLiteral("one\r\ntwo\tthree\u2028four\u0007<b>five</b>"));
+    QCOMPARE(row.title(), QStringLiteral("one  two three four <b>five</b>"));
 }
 
 void TestDownloadRow::aScreenReaderHearsTheStageAndTheReason()

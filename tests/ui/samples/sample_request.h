@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+#include "coordination/format_pick_request.h"
+
+#include <QObject>
+#include <QVariant>
+#include <QtQml/qqmlregistration.h>
+
+namespace veltro {
+
+/// What a probe found, by kind of page.
+class SampleRequest : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(Page page READ page WRITE setPage NOTIFY changed)
+    /// Which of the sample titles; past the last begins again.
+    Q_PROPERTY(int title READ title WRITE setTitle NOTIFY changed)
+    Q_PROPERTY(QVariant request READ request NOTIFY changed)
+public:
+    /// Of many formats; of formats that do not play as they are; without a list of formats; a list
+    /// of entries; a list without usable ones.
+    enum Page { Mixed, Unplayable, Formatless, Playlist, EmptyPlaylist };
+    Q_ENUM(Page)
+
+    using QObject::QObject;
+
+    [[nodiscard]] Page page() const { return m_page; }
+    void setPage(Page page);
+    [[nodiscard]] int title() const { return m_title; }
+    void setTitle(int title);
+    [[nodiscard]] QVariant request() const;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    Page m_page = Mixed;
+    int m_title = 0;
+};
+
+}

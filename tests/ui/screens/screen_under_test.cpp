@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/ui/screens/screen_under_test.h"
+
+#include "ui/design/appearance.h"
+
+#include <QQmlEngine>
+#include <QTest>
+
+namespace veltro {
+namespace {
+
+QQuickItem *firstBelow(QQuickItem *above, const ScreenUnderTest::Test &test)
+{
+    if (test(*above)) {
+        return above;
+    }
+    const QList<QQuickItem *> children = above->childItems();
+    for (QQuickItem *child : children) {
+        if (QQuickItem *found = firstBelow(child, test)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+QQuickItem *orFatal(QQuickItem *item, const char *name)
+{
+    if (!item) {
+        qFatal("no item is called %s", name);
+    }
+    return item;
+}
+
+}
+
+void ScreenUnderTest::prepare()
+{
+    applyAppearance();
+}
+
+ScreenUnderTest::ScreenUnderTest(const char *file, const QVariantMap &properties)
+{
+    m_view.engine()->addImportPath(QStringLiteral(":/qt/qml"));
+    m_view.setResizeMode(QQuickView::SizeRootObjectToView);
+    m_view.resize(980, 680);
+    m_view.setInitialProperties(properties);
+    m_view.setSource(QUrl(QString::fromLatin1(file)));
+    if (!m_view.rootObject()) {
+        qFatal("%s cannot be shown", file);
+    }
+    m_view.show();
+    m_view.requestActivate();
+    if (!QTest::qWaitForWindowActive(&m_view)) {
+        qFatal("%s is not shown", file);
+    }
+}
+
+QQuickItem *ScreenUnderTest::itemWhere(const Test &test) const
+{
+    return firstBelow(m_view.contentItem(), test);
+}
+
+QQuickItem *ScreenUnderTest::named(QQuickItem *above, const char *name)
+{
+    const QString wanted = QString::fromLatin1(name);
+    return orFatal(
+        above
+            ? firstBelow(above, [&](const QQuickItem &item) { return item.objectName() == wanted; })
+            : nullptr,
+        name);
+}
+
+QQuickItem *ScreenUnderTest::named(const char *name) const
+{
+    return named(m_view.contentItem(), name);
+}
+
+QQuickItem *ScreenUnderTest::withText(const char *text) const
+{
+    const QString wanted = QString::fromUtf8(text);
+    return itemWhere([&](const QQuickItem &item) {
+        return item.isVisible() && item.property("text").toString() == wanted;
+    });
+}
+
+bool ScreenUnderTest::shows(const QString &text) const
+{
+    return withText(text.toUtf8().constData()) != nullptr;
+}
+
+QMetaMethod ScreenUnderTest::signalNamed(const char *name) const
+{
+    const QMetaObject *type = root()->metaObject();
+    for (int index = 0; index < type->methodCount(); ++index) {
+        if (type->method(index).name() == name) {
+            return type->method(index);
+        }
+    }
+    qFatal("no signal is called %s", name);
+}
+
+void ScreenUnderTest::click(QQuickItem *item, Qt::MouseButton button) const
+{
+    const QPointF centre = item->mapToScene({item->width() / 2, item->height() / 2});
+    QTest::mouseClick(&m_view, button, Qt::NoModifier, centre.toPoint());
+}
+
+}

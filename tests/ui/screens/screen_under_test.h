@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+#include <QMetaMethod>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QVariantMap>
+
+#include <functional>
+
+namespace veltro {
+
+/// A screen of the program, shown in a window of its own and driven as a person does. A name that
+/// is asked for and not there ends the test.
+class ScreenUnderTest {
+public:
+    /// Sets what the program sets before its first window. Once, before the first screen.
+    static void prepare();
+
+    ScreenUnderTest(const char *file, const QVariantMap &properties);
+
+    [[nodiscard]] QQuickItem *root() const { return m_view.rootObject(); }
+    [[nodiscard]] QQuickView *window() const { return &m_view; }
+    void resize(QSize size) { m_view.resize(size); }
+
+    using Test = std::function<bool(const QQuickItem &)>;
+    /// The first item, in the window or over it, that passes; null when there is none.
+    [[nodiscard]] QQuickItem *itemWhere(const Test &test) const;
+    /// The first item of this object name.
+    [[nodiscard]] QQuickItem *named(const char *name) const;
+    [[nodiscard]] static QQuickItem *named(QQuickItem *above, const char *name);
+    /// The first item that is seen and has this text; null when there is none.
+    [[nodiscard]] QQuickItem *withText(const char *text) const;
+    [[nodiscard]] bool shows(const QString &text) const;
+
+    /// The signal of the screen's own of this name.
+    [[nodiscard]] QMetaMethod signalNamed(const char *name) const;
+
+    void click(QQuickItem *item, Qt::MouseButton button = Qt::LeftButton) const;
+
+private:
+    mutable QQuickView m_view;
+};
+
+}
