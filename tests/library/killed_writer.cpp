@@ -1,0 +1,163 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A program that uses the library and ends in the middle of it, for tst_killed_library:
+//
+//     killed_writer STORE MEDIA-FOLDER kill|full COUNT
+//
+// It makes thumbnails and writes items, and tells of each once it is done. Just
+// before the COUNT-th call by which anything reaches the disk it kills itself, or finds the disk
+// full from then on. COUNT 0 never comes; the number of calls is then told at the end.
+#include "library/media_facts.h"
+#include "library/model_container.h"
+#include "library/model_context.h"
+
+#include <QCoreApplication>
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <dlfcn.h>
+#include <string>
+#include <sys/types.h>
+#include <unistd.h>
+
+using namespace veltro;
+
+namespace {
+
+std::atomic<int> calls = 0;
+std::atomic<bool> counts = false;
+int fatalCall = 0;
+bool killsAtIt = false;
+
+/// Whether the call may go on.
+bool reachTheDisk()
+{
+    if (!counts) {
+        return true;
+    }
+    const int call = ++calls;
+    if (fatalCall == 0 || call < fatalCall) {
+        return true;
+    }
+    if (killsAtIt) {
+        kill(getpid(), SIGKILL);
+    }
+    errno = ENOSPC;
+    return false;
+}
+
+template <typename Function>
+Function *original(const char *name)
+{
+    return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
+}
+
+void tell(const std::string &line)
+{
+    const std::string whole = line + '\n';
+    // Told at once, and past the calls that are counted.
+    static auto *const put = original<ssize_t(int, const void *, std::size_t)>("write");
+    (void)put(STDOUT_FILENO, whole.data(), whole.size());
+}
+
+}
+
+// The calls of the C library that the program, Qt and SQLite write with; these stand before them.
+extern "C" {
+
+ssize_t write(int file, const void *bytes, std::size_t size)
+{
+    static auto *const own = original<ssize_t(int, const void *, std::size_t)>("write");
+    return file <= STDERR_FILENO || reachTheDisk() ? own(file, bytes, size) : -1;
+}
+
+ssize_t pwrite64(int file, const void *bytes, std::size_t size, off64_t place)
+{
+    static auto *const own = original<ssize_t(int, const void *, std::size_t, off64_t)>("pwrite64");
+    return reachTheDisk() ? own(file, bytes, size, place) : -1;
+}
+
+int fsync(int file)
+{
+    static auto *const own = original<int(int)>("fsync");
+    return reachTheDisk() ? own(file) : -1;
+}
+
+int fdatasync(int file)
+{
+    static auto *const own = original<int(int)>("fdatasync");
+    return reachTheDisk() ? own(file) : -1;
+}
+
+int ftruncate64(int file, off64_t size) noexcept
+{
+    static auto *const own = original<int(int, off64_t)>("ftruncate64");
+    return reachTheDisk() ? own(file, size) : -1;
+}
+
+int rename(const char *from, const char *to) noexcept
+{
+    static auto *const own = original<int(const char *, const char *)>("rename");
+    return reachTheDisk() ? own(from, to) : -1;
+}
+
+int renameat2(int fromFolder, const char *from, int toFolder, const char *to,
+              unsigned flags) noexcept
+{
+    static auto *const own =
+        original<int(int, const char *, int, const char *, unsigned)>("renameat2");
+    return reachTheDisk() ? own(fromFolder, from, toFolder, to, flags) : -1;
+}
+
+int linkat(int fromFolder, const char *from, int toFolder, const char *to, int flags) noexcept
+{
+    static auto *const own = original<int(int, const char *, int, const char *, int)>("linkat");
+    return reachTheDisk() ? own(fromFolder, from, toFolder, to, flags) : -1;
+}
+}
+
+namespace {
+
+void recordMedia(const std::shared_ptr<ModelContainer> &container, const QString &folder,
+                 int number)
+{
+    const QUrl media = QUrl::fromLocalFile(folder + QStringLiteral("/%1.mp4").arg(number));
+    DownloadItem item;
+    item.id = QUuid::createUuid();
+    item.title = QString::number(number);
+    item.stateRaw = QStringLiteral("done");
+    item.localFileURL = media;
+    item.thumbnailFileURL = findOrMakeThumbnail(media);
+    item.createdAt = QDateTime::currentDateTimeUtc();
+    item.completedAt = item.createdAt;
+    ModelContext context(container);
+    context.insert(item);
+    if (context.save()) {
+        tell("saved " + item.id.toString(QUuid::WithoutBraces).toStdString());
+    } else {
+        tell("failed");
+    }
+}
+
+}
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    killsAtIt = arguments.value(3) == QLatin1String("kill");
+    fatalCall = arguments.value(4).toInt();
+    counts = true;
+    const std::shared_ptr<ModelContainer> container = makeContainer(arguments.value(1));
+    if (!container) {
+        tell("no container");
+        return 1;
+    }
+    for (int number = 0; number < 3; ++number) {
+        recordMedia(container, arguments.value(2), number);
+    }
+    counts = false;
+    tell("calls " + std::to_string(calls));
+    return 0;
+}
