@@ -4,6 +4,7 @@
 // the tool of that name would print.
 #include "engine/runtime/environment.h"
 #include "tools/veltro-engine/engine_commands.h"
+#include "tools/veltro-engine/library_commands.h"
 #include "tools/veltro-engine/media_commands.h"
 #include "tools/veltro-engine/submit_command.h"
 
@@ -23,7 +24,7 @@ using MediaCommand = int (*)(const QStringList &);
 const QHash<QString, EngineCommand> engineCommands{
     {QStringLiteral("probe"), probeCommand},   {QStringLiteral("save"), saveCommand},
     {QStringLiteral("submit"), submitCommand}, {QStringLiteral("ready"), readyCommand},
-    {QStringLiteral("python"), pythonCommand},
+    {QStringLiteral("python"), pythonCommand}, {QStringLiteral("library"), libraryCommand},
 };
 
 const QHash<QString, MediaCommand> mediaCommands{
@@ -44,6 +45,7 @@ int usage()
                "       veltro-engine save URL… --dir FOLDER [--format SELECTOR] [--template TEXT]\n"
                "                     [--cookies FILE] [--cancel-after-bytes COUNT] [--progress]\n"
                "       veltro-engine submit URL… [--format SELECTOR]\n"
+               "       veltro-engine library list [--limit COUNT] | library search TEXT\n"
                "       veltro-engine ready\n"
                "       veltro-engine python SCRIPT ARG…\n"
                "       veltro-engine ffmpeg ARG… | ffprobe ARG… | codec FILE | transcode FILE\n"
