@@ -16,6 +16,7 @@ import pathlib
 
 import coordination_benches
 import engine_benches
+import library_benches
 import media_benches
 import runner_benches
 from measuring import Place
@@ -33,6 +34,9 @@ BENCHES = {
     "transcode-as-used": runner_benches.transcode_as_used,
     "events": coordination_benches.events,
     "queue": coordination_benches.queue,
+    "library-open": library_benches.library_open,
+    "library-search": library_benches.library_search,
+    "library-insert": library_benches.library_insert,
 }
 
 
