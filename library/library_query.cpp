@@ -17,7 +17,7 @@ namespace veltro {
 namespace {
 
 // The first page is what a screen shows at once; the others let other work of the queue in between.
-constexpr std::size_t firstPage = 100;
+constexpr std::size_t firstPage = 50;
 constexpr std::size_t page = 5'000;
 constexpr std::size_t renewedAtOnce = 1'000;
 // Beyond these a view is quicker when it begins anew. Another search text shows other rows anyhow.
