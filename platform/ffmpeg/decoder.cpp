@@ -3,6 +3,7 @@
 #include "platform/ffmpeg/decoder.h"
 
 #include "platform/ffmpeg/av_error.h"
+#include "platform/ffmpeg/known_colours.h"
 #include "platform/ffmpeg/libav_versions.h"
 #include "platform/ffmpeg/safe_input.h"
 
@@ -114,6 +115,7 @@ void Decoder::receive(const AVPacket *packet, const FrameSink &sink)
         }
         ++m_frames;
         if (m_source.type() == AVMEDIA_TYPE_VIDEO) {
+            forgetUnnamedColours(*m_frame);
             timePicture(*m_frame);
         } else if (m_frame->sample_rate > 0) {
             timeSound(*m_frame, packet);

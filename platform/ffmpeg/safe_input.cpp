@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ffmpeg/safe_input.h"
 
+#include "platform/ffmpeg/known_colours.h"
 #include "platform/ffmpeg/libav.h"
 #include "platform/ffmpeg/local_bytes.h"
 #include "platform/ffmpeg/session_log.h"
@@ -237,7 +238,11 @@ int readStreamInformation(AVFormatContext &input)
     if (mayNameStreamsLate(input) && hidesPictures(input)) {
         meetStreams(input);
     }
-    return readWithinLimits(input);
+    const int result = readWithinLimits(input);
+    for (const AVStream *stream : std::span(input.streams, input.nb_streams)) {
+        forgetUnnamedColours(*stream->codecpar);
+    }
+    return result;
 }
 
 }

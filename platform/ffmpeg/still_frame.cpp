@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ffmpeg/still_frame.h"
 
+#include "platform/ffmpeg/known_colours.h"
 #include "platform/ffmpeg/libav_versions.h"
 #include "platform/ffmpeg/safe_input.h"
 #include "platform/ffmpeg/time_limit.h"
@@ -268,6 +269,7 @@ std::optional<StillFrame> findStillFrame(AVFormatContext &input, double seconds,
     if (!still.frame) {
         return std::nullopt;
     }
+    forgetUnnamedColours(*still.frame);
     still.pixelAspect = av_guess_sample_aspect_ratio(&input, film, still.frame.get());
     still.transform = transformOf(*film, *still.frame);
     return still;

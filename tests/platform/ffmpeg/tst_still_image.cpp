@@ -238,6 +238,10 @@ void TestStillImage::keepsColours_data()
         "c.mp4");
     row("ten bits", "-vf scale=out_color_matrix=bt601,format=yuv420p10 -c:v libx264 -crf 5 ",
         "c.mp4");
+    row("high dynamic range's matrix",
+        "-vf scale=out_color_matrix=bt2020,format=yuv420p10 -colorspace bt2020nc -color_primaries "
+        "bt2020 -color_trc smpte2084 -c:v libx264 -crf 5 ",
+        "c.mkv");
     row("no reduced colours", "-vf scale=out_color_matrix=bt601,format=yuv444p -c:v ffv1 ",
         "c.mkv");
     row("red, green and blue", "-c:v libx264rgb -crf 5 -pix_fmt rgb24 ", "c.mkv");
