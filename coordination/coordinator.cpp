@@ -71,6 +71,11 @@ void MacAppStore::setCompletedToast(const std::optional<CompletedToast> &toast)
     replace(m_completedToast, toast, &MacAppStore::completedToastChanged);
 }
 
+void MacAppStore::setEngineReady()
+{
+    replace(m_engineReady, true, &MacAppStore::engineReadyChanged);
+}
+
 void MacAppStore::alert(const QString &text)
 {
     setEngineError(text);

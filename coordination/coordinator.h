@@ -186,6 +186,7 @@ private:
 
     template <typename Value>
     void replace(Value &stored, const Value &value, void (MacAppStore::*notify)());
+    void setEngineReady();
     void alert(const QString &text);
 
     // Links.

@@ -59,13 +59,13 @@ QCoro::Task<void> MacAppStore::startEngine()
     if (failure) {
         self->alert(QStringLiteral("Could not start the engine: ") + *failure);
     } else {
-        self->replace(self->m_engineReady, true, &MacAppStore::engineReadyChanged);
+        self->setEngineReady();
     }
 }
 
 std::optional<QUrl> MacAppStore::cookieFile(const QUrl &page)
 {
-    const QString host = page.host(QUrl::FullyEncoded);
+    const QString host = page.host();
     return m_services.storage.cookieFile(host.isEmpty() ? std::nullopt : std::optional(host));
 }
 
