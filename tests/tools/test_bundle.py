@@ -77,13 +77,19 @@ class Bundle(ScratchCase):
         program = self.write("veltro", "#!/bin/sh\n")
         place = self.scratch / "staged"
         for _ in range(2):
-            self.stage(place, "--program", str(program), "--feed", "https://example.org/feed")
+            self.stage(place, "--program", str(program), "--feed", "https://example.org/feed",
+                       "--plug-in", str(program), "--managed-by", "apt")
         moved = place.rename(self.scratch / "moved")
         (self.scratch / "vendor").rename(self.scratch / "gone")
         for path in moved.rglob("*"):
             self.assertTrue(path.resolve(strict=True).is_relative_to(moved), path)
         self.assertEqual(self.imported(moved), [1, True, True])
         self.assertTrue((moved / "veltro").is_file())
+        self.assertTrue((moved / "Contents/PlugIns/veltro").is_file())
+        information = json.loads((moved / "Contents/Info.json").read_text())
+        self.assertEqual(information, {
+            "shortVersion": "2.5.0", "updateFeed": "https://example.org/feed", "updateKey": "",
+            "managedBy": "apt"})
         self.assertEqual(sorted(entry.name for entry in self.scratch.iterdir() if entry.is_dir()),
                          ["gone", "moved", "sources"])
 
