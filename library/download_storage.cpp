@@ -6,6 +6,7 @@
 #include "library/media_facts.h"
 #include "library/model_container.h"
 #include "library/model_context.h"
+#include "library/search_indexer.h"
 #include "platform/serial_queue.h"
 
 #include <QCoro/QCoroFuture>
@@ -79,7 +80,10 @@ QCoro::Task<void> DownloadStorage::record(std::shared_ptr<DownloadProgressState>
     }
     QFuture<std::optional<DownloadItem>> written =
         onRecordingQueue<std::optional<DownloadItem>>([item] { return writeItem(item); });
-    co_await written;
+    const std::optional<DownloadItem> saved = co_await written;
+    if (saved) {
+        indexForSearch(*saved);
+    }
 }
 
 std::optional<QUrl> DownloadStorage::cookieFile(const std::optional<QString> &host) const

@@ -3,6 +3,7 @@
 #include "coordination/download_progress_state.h"
 #include "library/cookie_jar.h"
 #include "library/download_storage.h"
+#include "library/search_indexer.h"
 #include "platform/user_folders.h"
 #include "tests/library/awaiting.h"
 #include "tests/library/library_case.h"
@@ -136,6 +137,9 @@ void TestDownloadStorage::aFinishedDownloadBecomesAnItem()
     QVERIFY(item->createdAt.msecsTo(QDateTime::currentDateTimeUtc()) >= 0);
     QVERIFY(before.msecsTo(item->createdAt) >= 0 && item->completedAt >= item->createdAt);
     QVERIFY(!item->uploader && !item->failureReason && !item->cookieHost);
+    SearchIndex::standard().finish();
+    const auto indexed = SearchIndex::standard().items({item->id.toString(QUuid::WithoutBraces)});
+    QCOMPARE(indexed, std::vector{searchableItem(*item)});
 }
 
 void TestDownloadStorage::aFileThatIsGoneStillBecomesAnItem()
