@@ -158,6 +158,7 @@ int tryChanged(const Order &order, Target &target, RunningSession &running)
     const unsigned long long runs = number - order.first;
     std::printf("%s: %llu runs, %llu of which went well, %d cancelled for their length\n",
                 order.target.c_str(), runs, well, watch.cancelled());
+    std::fflush(stdout); // a sanitizer that ends the program drops what is not written yet
     // Changes that let nothing through try nothing.
     return runs >= 100 && well * 20 < runs ? 1 : 0;
 }
