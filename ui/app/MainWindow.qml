@@ -7,6 +7,7 @@ import QtQuick.Window
 import Veltro.App
 import Veltro.Design
 import Veltro.Home
+import Veltro.Library
 import Veltro.Types
 
 /// The one main window: menus along the top, the sidebar, the selected screen, and the banners,
@@ -17,6 +18,8 @@ T.ApplicationWindow {
     required property MacAppStore store
     required property HomeModel home
     required property WindowMemory memory
+    required property LibraryServices library
+    required property UpdateManager updates
     property bool mayClose: false
 
     title: qsTr("Veltro")
@@ -52,6 +55,7 @@ T.ApplicationWindow {
         store: root.store
         onSettingsRequested: settings.show()
         onAboutRequested: sheets.showAbout()
+        onUpdatesRequested: root.updates.checkForUpdates()
         onQuitRequested: root.close()
     }
     WindowKeys {
@@ -80,6 +84,7 @@ T.ApplicationWindow {
             anchors.fill: parent
             store: root.store
             home: root.home
+            library: root.library
         }
         BannerStack {
             width: parent.width
@@ -99,6 +104,7 @@ T.ApplicationWindow {
     WindowSheets {
         id: sheets
         store: root.store
+        updates: root.updates
         onCloseConfirmed: {
             root.mayClose = true;
             root.close();

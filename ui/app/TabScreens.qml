@@ -4,6 +4,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Veltro.App
 import Veltro.Home
+import Veltro.Library
 import Veltro.Types
 
 /// The screen of the selected tab. The home screen stays; each other is made when its tab is
@@ -13,6 +14,7 @@ Item {
 
     required property MacAppStore store
     required property HomeModel home
+    required property LibraryServices library
 
     HomeMacView {
         objectName: "homeScreen"
@@ -44,9 +46,14 @@ Item {
         onLoaded: other.item.forceActiveFocus()
 
         function load() {
-            other.setSource(other.file, {
-                "store": root.store
-            });
+            if (root.store.selectedTab === Tab.Library)
+                other.setSource(other.file, {
+                    "services": root.library
+                });
+            else
+                other.setSource(other.file, {
+                    "store": root.store
+                });
         }
     }
 }

@@ -11,8 +11,9 @@ Item {
     id: root
 
     required property MacAppStore store
+    required property UpdateManager updates
     /// Whether any of them has the keyboard.
-    readonly property bool open: batch.visible || picker.open || engineAlert.visible || about.visible || closeQuestion.visible
+    readonly property bool open: batch.visible || picker.open || engineAlert.visible || about.visible || updateSheet.visible || closeQuestion.visible
     signal closeConfirmed
 
     function askBeforeClosing() {
@@ -52,6 +53,11 @@ Item {
             picker.setSource(ScreenFiles.file("Picker", "FormatPickerMacSheet"), {
                 "store": root.store
             });
+    }
+    UpdateSheet {
+        id: updateSheet
+        objectName: "updateSheet"
+        updates: root.updates
     }
     AboutPanel {
         id: about

@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program: veltro [ADDRESS…]. Each address is saved as if it were dropped on the window.
+// The program: veltro [ADDRESS…]. Each address is saved as if it were dropped on the window; when
+// a window is open already, it is the one that takes them.
 #include "engine/runtime/environment.h"
 #include "platform/program_identity.h"
+#include "platform/single_instance.h"
 #include "ui/app/program.h"
 #include "ui/design/appearance.h"
 
@@ -16,14 +18,22 @@ int main(int argc, char *argv[])
     QGuiApplication::setApplicationName(QStringLiteral("veltro"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Veltro"));
     QGuiApplication::setDesktopFileName(programIdentifier());
+    SingleInstance instance;
+    if (instance.start(QGuiApplication::arguments().mid(1)) ==
+        SingleInstance::Outcome::handedOver) {
+        return 0;
+    }
     applyAppearance();
     Program program;
     if (!program.start()) {
         return 1;
     }
-    const QStringList addresses = QGuiApplication::arguments().mid(1);
-    for (const QString &address : addresses) {
-        program.open(address);
-    }
+    MacAppStore &store = program.store();
+    QObject::connect(&instance, &SingleInstance::activated, &program, &Program::activate);
+    QObject::connect(&instance, &SingleInstance::linkOpened, &store, &MacAppStore::handleOpenURL);
+    const auto showLibrary = [&store] { store.setSelectedTab(MacTab::library); };
+    QObject::connect(&instance, &SingleInstance::itemOpened, &store, showLibrary);
+    QObject::connect(&instance, &SingleInstance::searchRequested, &store, showLibrary);
+    instance.setReady();
     return QGuiApplication::exec();
 }

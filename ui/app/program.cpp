@@ -5,7 +5,6 @@
 #include "coordination/detach.h"
 #include "library/completion_notifier.h"
 #include "library/model_container.h"
-#include "ui/app/open_requests.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
@@ -37,8 +36,9 @@ Program::Program()
                .pasteboard = m_pasteboard,
                .isApplicationActive = isProgramActive})
     , m_home(m_store, m_pasteboard, clipboardDelivery())
-    , m_desktop(m_workspace, m_pasteboard)
+    , m_library(m_workspace)
     , m_sites(m_engine)
+    , m_desktop(m_workspace, m_pasteboard)
 {
     m_recents.setLimit(recentItems);
     m_home.setRecents(&m_recents);
@@ -48,7 +48,6 @@ Program::Program()
 
 Program::~Program()
 {
-    delete m_window;
     setDesktop(nullptr);
     setLoggedInSites(nullptr);
 }
@@ -60,6 +59,8 @@ bool Program::start()
         {QStringLiteral("store"), QVariant::fromValue(&m_store)},
         {QStringLiteral("home"), QVariant::fromValue(&m_home)},
         {QStringLiteral("memory"), QVariant::fromValue(&m_memory)},
+        {QStringLiteral("library"), QVariant::fromValue(&m_library)},
+        {QStringLiteral("updates"), QVariant::fromValue(&m_updates)},
     });
     m_qml.load(QUrl(QStringLiteral("qrc:/qt/qml/Veltro/App/MainWindow.qml")));
     const QList<QObject *> roots = m_qml.rootObjects();
@@ -91,13 +92,21 @@ QCoro::Task<void> Program::openLibrary(QPointer<Program> self)
     std::shared_ptr<ModelContainer> container = co_await makeContainerInBackground();
     if (program) {
         program->m_recents.setContainer(container);
+        program->m_library.setContainer(container);
         program->m_sites.setContainer(std::move(container));
     }
 }
 
-void Program::open(const QString &address)
+void Program::activate(const QString &token)
 {
-    m_store.handleOpenURL(openRequest(address));
+    if (!token.isEmpty()) {
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+    }
+    if (m_window->visibility() == QWindow::Minimized) {
+        m_window->showNormal();
+    }
+    m_window->raise();
+    m_window->requestActivate();
 }
 
 }

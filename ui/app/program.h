@@ -6,9 +6,11 @@
 #include "library/download_storage.h"
 #include "library/library_items_model.h"
 #include "platform/pasteboard.h"
+#include "platform/updater.h"
 #include "platform/workspace.h"
 #include "ui/app/window_memory.h"
 #include "ui/home/home_model.h"
+#include "ui/library/library_services.h"
 #include "ui/settings/logged_in_sites.h"
 #include "ui/types/desktop.h"
 
@@ -28,8 +30,8 @@ public:
     /// Shows the window. The engine and the library are begun when its first frame is on the
     /// screen. False when there is no window to show, which the log explains.
     [[nodiscard]] bool start();
-    /// Hands over an address from outside: of a page, or a request in the program's own scheme.
-    void open(const QString &address);
+    /// Brings the window to the front, with the desktop's leave where it gave a token.
+    void activate(const QString &token);
 
     [[nodiscard]] MacAppStore &store() { return m_store; }
     [[nodiscard]] HomeModel &home() { return m_home; }
@@ -47,8 +49,10 @@ private:
     LibraryItemsModel m_recents;
     HomeModel m_home;
     WindowMemory m_memory;
-    Desktop m_desktop;
+    LibraryServices m_library;
     LoggedInSites m_sites;
+    UpdateManager m_updates;
+    Desktop m_desktop;
     QQmlApplicationEngine m_qml; // ends first, since its objects use all of the above
     QPointer<QQuickWindow> m_window;
     bool m_hasBegun = false;

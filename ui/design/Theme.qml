@@ -54,7 +54,7 @@ QtObject {
     readonly property int quick: 120
     readonly property int springDuration: 500
     /// A critically damped spring of response 0.35 over springDuration.
-    readonly property list<real> spring: [0.13, 0.52, 0.24, 0.995, 1, 1]
+    readonly property var spring: [0.13, 0.52, 0.24, 0.995, 1, 1]
 
     /// The colour with its opacity replaced.
     function faded(base: color, opacity: real): color {

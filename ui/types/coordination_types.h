@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 #include "coordination/coordinator.h"
+#include "platform/updater.h"
 
 #include <QtQml/qqml.h>
 
@@ -17,8 +18,8 @@ struct MacAppStoreType {
 };
 
 /// The tabs by names that QML can say: its enumerators begin with a capital.
-struct TabType {
-    Q_GADGET
+class TabType : public QObject {
+    Q_OBJECT
     QML_NAMED_ELEMENT(Tab)
     QML_UNCREATABLE("Names only.")
 public:
@@ -50,6 +51,27 @@ struct NetworkMonitorType {
     QML_FOREIGN(veltro::NetworkMonitor)
     QML_NAMED_ELEMENT(NetworkMonitor)
     QML_UNCREATABLE("The coordinator owns it.")
+};
+
+struct UpdateManagerType {
+    Q_GADGET
+    QML_FOREIGN(veltro::UpdateManager)
+    QML_NAMED_ELEMENT(UpdateManager)
+    QML_UNCREATABLE("The program makes one.")
+};
+
+/// Where an update stands, by names that QML can say.
+class UpdateStateType : public QObject {
+    Q_OBJECT
+    QML_NAMED_ELEMENT(UpdateState)
+    QML_UNCREATABLE("Names only.")
+public:
+    enum Value {
+        Available = int(UpdateManager::State::available),
+        Downloading = int(UpdateManager::State::downloading),
+        Ready = int(UpdateManager::State::ready),
+    };
+    Q_ENUM(Value)
 };
 
 struct PreferencesType {

@@ -1,8 +1,6 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "coordination/page_links.h"
 #include "ui/app/link_drop.h"
-#include "ui/app/open_requests.h"
 #include "ui/app/window_memory.h"
 
 #include <QTemporaryDir>
@@ -13,29 +11,6 @@ namespace veltro {
 class TestWindowParts : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void anAddressComesWholeOutOfItsRequest_data()
-    {
-        QTest::addColumn<QString>("given");
-        QTest::addColumn<QString>("inner");
-        const auto row = [](const char *why, const char *given, const char *inner) {
-            QTest::newRow(why) << QString::fromUtf8(given) << QString::fromUtf8(inner);
-        };
-        row("a page", "https://a.example/watch?v=1&t=2#x", "https://a.example/watch?v=1&t=2#x");
-        row("a page with an item of that name", "https://a.example/?url=https%3A%2F%2Fb.example",
-            "https://a.example/?url=https%3A%2F%2Fb.example");
-        row("our own scheme", "veltro://save?url=https%3A%2F%2Fa.example%2F1",
-            "https://a.example/1");
-        row("letters beyond ASCII", "https://a.example/é", "https://a.example/%C3%A9");
-    }
-    void anAddressComesWholeOutOfItsRequest()
-    {
-        QFETCH(QString, given);
-        QFETCH(QString, inner);
-        const std::optional<QUrl> link = linkInRequest(openRequest(given));
-        QVERIFY(link);
-        QCOMPARE(link->toString(QUrl::FullyEncoded), inner);
-    }
-
     void aDropGivesItsFirstLink_data()
     {
         QTest::addColumn<QList<QUrl>>("addresses");

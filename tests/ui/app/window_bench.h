@@ -1,10 +1,13 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
+#include "platform/updater.h"
 #include "tests/coordination/coordinator_bench.h"
 #include "ui/app/window_memory.h"
 #include "ui/design/appearance.h"
 #include "ui/home/home_model.h"
+#include "ui/library/library_services.h"
+#include "ui/settings/logged_in_sites.h"
 #include "ui/types/desktop.h"
 
 #include <QQmlApplicationEngine>
@@ -21,17 +24,24 @@ public:
     WindowBench()
         : m_memory(DefaultsStore(home.path(QStringLiteral("window.ini"))))
         , m_home(store(), pasteboard, MacPasteWatcher::Delivery::atOnce)
+        , m_library(workspace, DefaultsStore(home.path(QStringLiteral("library.ini"))))
+        , m_sites(engine)
+        , m_updates(home.path(QStringLiteral("no-bundle")).toStdString(),
+                    DefaultsStore(home.path(QStringLiteral("updates.ini"))))
         , m_desktop(workspace, pasteboard)
     {
         m_memory.setProperty("width", 980);
         m_memory.setProperty("height", 680);
         applyAppearance();
         setDesktop(&m_desktop);
+        setLoggedInSites(&m_sites);
         m_qml.addImportPath(QStringLiteral(":/qt/qml"));
         m_qml.setInitialProperties({
             {QStringLiteral("store"), QVariant::fromValue(&store())},
             {QStringLiteral("home"), QVariant::fromValue(&m_home)},
             {QStringLiteral("memory"), QVariant::fromValue(&m_memory)},
+            {QStringLiteral("library"), QVariant::fromValue(&m_library)},
+            {QStringLiteral("updates"), QVariant::fromValue(&m_updates)},
         });
         m_qml.load(QUrl(QStringLiteral("qrc:/qt/qml/Veltro/App/MainWindow.qml")));
         if (m_qml.rootObjects().isEmpty()) {
@@ -42,8 +52,8 @@ public:
     }
     ~WindowBench()
     {
-        delete m_window;
         setDesktop(nullptr);
+        setLoggedInSites(nullptr);
     }
 
     [[nodiscard]] QQuickWindow &window() { return *m_window; }
@@ -90,6 +100,9 @@ public:
 private:
     WindowMemory m_memory;
     HomeModel m_home;
+    LibraryServices m_library;
+    LoggedInSites m_sites;
+    UpdateManager m_updates;
     Desktop m_desktop;
     QQmlApplicationEngine m_qml;
     QPointer<QQuickWindow> m_window;
