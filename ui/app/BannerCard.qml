@@ -21,7 +21,7 @@ Surface {
     color: Theme.card
     strokeColor: Theme.hairline
     strokeWidth: 1
-    shadowColor: Theme.faded("#000000", 0.1)
+    shadowColor: Theme.shadow(0.1)
     shadowBlur: 16
     shadowOffsetY: 8
     Accessible.role: Accessible.AlertMessage

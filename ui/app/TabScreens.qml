@@ -43,7 +43,7 @@ Item {
         focus: true
         onFileChanged: other.load()
         Component.onCompleted: other.load()
-        onLoaded: other.item.forceActiveFocus()
+        onLoaded: (other.item as Item).forceActiveFocus()
 
         function load() {
             if (root.store.selectedTab === Tab.Library)

@@ -46,7 +46,8 @@ Item {
     Loader {
         id: picker
 
-        readonly property bool open: item !== null && item.visible
+        readonly property Sheet sheet: picker.item as Sheet
+        readonly property bool open: picker.sheet !== null && picker.sheet.visible
         readonly property bool wanted: root.store.hasPendingFormatPick
 
         onWantedChanged: if (picker.wanted && !picker.item)

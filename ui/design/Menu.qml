@@ -33,7 +33,7 @@ T.Menu {
         color: Theme.card
         strokeColor: Theme.hairline
         strokeWidth: 1
-        shadowColor: Theme.faded("#000000", 0.14)
+        shadowColor: Theme.shadow(0.14)
         shadowBlur: 20
         shadowOffsetY: 6
     }

@@ -25,7 +25,7 @@ T.Popup {
         color: Theme.page
         strokeColor: Theme.hairline
         strokeWidth: 1
-        shadowColor: Theme.faded("#000000", 0.22)
+        shadowColor: Theme.shadow(0.22)
         shadowBlur: 44
         shadowOffsetY: 16
         Accessible.role: Accessible.Dialog

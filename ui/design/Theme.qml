@@ -56,8 +56,13 @@ QtObject {
     /// A critically damped spring of response 0.35 over springDuration.
     readonly property var spring: [0.13, 0.52, 0.24, 0.995, 1, 1]
 
-    /// The colour with its opacity replaced.
-    function faded(base: color, opacity: real): color {
-        return Qt.rgba(base.r, base.g, base.b, opacity);
+    /// The colour of a shadow.
+    function shadow(opacity: real): color {
+        return Qt.rgba(0, 0, 0, opacity);
+    }
+    /// The colour, or the one that the text names, with its opacity replaced.
+    function faded(base: var, opacity: real): color {
+        const known = Qt.lighter(base, 1); // which alone makes a colour of a text
+        return Qt.rgba(known.r, known.g, known.b, opacity);
     }
 }

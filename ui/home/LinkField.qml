@@ -19,7 +19,7 @@ Surface {
     color: Theme.card
     strokeColor: field.activeFocus ? Theme.accent : Theme.hairline
     strokeWidth: 1
-    shadowColor: Theme.faded("#000000", 0.05)
+    shadowColor: Theme.shadow(0.05)
     shadowBlur: 16
     shadowOffsetY: 4
 

@@ -26,7 +26,7 @@ Surface {
     color: Theme.card
     strokeColor: Theme.hairline
     strokeWidth: 1
-    shadowColor: Theme.faded("#000000", 0.06)
+    shadowColor: Theme.shadow(0.06)
     shadowBlur: 16
     shadowOffsetY: 6
     Accessible.role: Accessible.Grouping

@@ -41,7 +41,8 @@ T.AbstractButton {
                 id: image
                 anchors.fill: parent
                 source: root.thumbnailFileUrl
-                sourceSize: Qt.size(480, 480)
+                sourceSize.width: 480
+                sourceSize.height: 480
                 asynchronous: true
                 fillMode: Image.PreserveAspectCrop
                 Accessible.ignored: true
@@ -76,7 +77,7 @@ T.AbstractButton {
         color: Theme.card
         strokeColor: root.hovered ? Theme.inkTertiary : Theme.hairline
         strokeWidth: 1
-        shadowColor: Theme.faded("#000000", 0.04)
+        shadowColor: Theme.shadow(0.04)
         shadowBlur: 12
         shadowOffsetY: 3
 

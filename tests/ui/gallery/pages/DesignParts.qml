@@ -110,7 +110,7 @@ Rectangle {
                 radius: 14
                 strokeColor: Theme.hairline
                 strokeWidth: 1
-                shadowColor: Theme.faded("#000000", 0.1)
+                shadowColor: Theme.shadow(0.1)
                 shadowBlur: 16
                 shadowOffsetY: 8
             }
