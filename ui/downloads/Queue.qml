@@ -7,7 +7,7 @@ import Veltro.Types
 
 /// Three counters over the list of downloads, and what can be done with each. Its components are
 /// not bound: Qt 6.4 makes a list's header in a context of its own, which a bound one refuses.
-Rectangle {
+FocusScope {
     id: root
 
     required property ActiveDownloads downloads
@@ -20,12 +20,14 @@ Rectangle {
     signal openRequested(page: url)
     signal copyRequested(text: string)
 
-    color: Theme.page
-
     function showEnd() {
         list.positionViewAtEnd();
     }
 
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.page
+    }
     ListView {
         id: list
 
@@ -50,6 +52,7 @@ Rectangle {
         Accessible.name: qsTr("Downloads")
         T.ScrollBar.vertical: ThinScrollBar {}
 
+        // qmllint disable unqualified
         header: QueueHeader {
             x: Theme.pageMargin
             width: list.width - 2 * Theme.pageMargin
@@ -69,6 +72,7 @@ Rectangle {
             onPlayRequested: root.playRequested(download.file)
             onMenuRequested: place => menu.openFor(this, place)
         }
+        // qmllint enable unqualified
     }
 
     QueueRowMenu {

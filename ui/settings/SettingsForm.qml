@@ -7,7 +7,7 @@ import Veltro.Design
 import Veltro.Settings
 
 /// Every setting in one column, from the default quality to the program's own pages.
-Rectangle {
+FocusScope {
     id: root
 
     required property SettingsModel settings
@@ -18,14 +18,17 @@ Rectangle {
     signal siteRemoved(host: string)
     signal siteAdditionRequested
 
-    color: Theme.page
-
     function showEnd() {
         view.contentY = Math.max(0, view.contentHeight - view.height);
     }
 
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.page
+    }
     Flickable {
         id: view
+        focus: true
         objectName: "settingsView"
         anchors.fill: parent
         clip: true
