@@ -73,7 +73,7 @@ void stepBack()
     constexpr int steps = 7;
     const auto thread = static_cast<id_t>(gettid());
     const int usual = getpriority(PRIO_PROCESS, static_cast<id_t>(getpid()));
-    setpriority(PRIO_PROCESS, thread, usual + steps);
+    setpriority(PRIO_PROCESS, thread, std::max(getpriority(PRIO_PROCESS, thread), usual + steps));
 }
 
 void runOnce(const CommandLine &command, const RunContext &run)

@@ -4,6 +4,7 @@
 
 #include "platform/ffmpeg/av_error.h"
 #include "platform/ffmpeg/codec_names.h"
+#include "platform/ffmpeg/input_open.h"
 #include "platform/ffmpeg/libav_versions.h"
 
 #include <algorithm>
@@ -15,39 +16,6 @@ namespace veltro::ffmpeg {
 namespace {
 
 constexpr auto pollInterval = std::chrono::milliseconds(10);
-
-[[noreturn]] void failToOpen(const std::string &url, int error)
-{
-    std::string text = url + ": " + errorText(error);
-    if (error == AVERROR_PROTOCOL_NOT_FOUND) {
-        text += "\nDid you mean file:" + url + "?";
-    }
-    throw CommandFailed(text);
-}
-
-const AVInputFormat *formatOf(const FileArguments &arguments)
-{
-    const auto name = arguments.value("f");
-    if (!name) {
-        return nullptr;
-    }
-    const AVInputFormat *format = av_find_input_format(std::string(*name).c_str());
-    if (!format) {
-        throw CommandFailed("Unknown input format: '" + std::string(*name) + "'");
-    }
-    return format;
-}
-
-// What a demuxer did not take and no codec knows was meant for something else.
-void refuseUnused(const LibraryOptions &options)
-{
-    const AVDictionaryEntry *entry = nullptr;
-    while ((entry = av_dict_get(options.format.get(), "", entry, AV_DICT_IGNORE_SUFFIX))) {
-        if (!av_dict_get(options.codec.get(), entry->key, nullptr, AV_DICT_MATCH_CASE)) {
-            throw CommandFailed("Option " + std::string(entry->key) + " not found.");
-        }
-    }
-}
 
 bool isSwitchedOff(const FileArguments &arguments, AVMediaType type)
 {
@@ -97,8 +65,7 @@ InputFile::InputFile(const FileArguments &arguments, int index, const RunContext
     , m_range(timeRangeOf(arguments))
 {
     LibraryOptions options = sortLibraryOptions(arguments);
-    open(arguments, options);
-    refuseUnused(options);
+    m_context = openInput(arguments, options, run);
     forceDecoders(arguments);
     if (readStreamInformation(*m_context) < 0) {
         m_run.control.check();
@@ -115,54 +82,6 @@ InputFile::InputFile(const FileArguments &arguments, int index, const RunContext
     const auto rounds = arguments.value("stream_loop");
     m_loop.emplace(rounds ? parseInteger("stream_loop", std::string(*rounds), -1, INT_MAX) : 0,
                    *m_context);
-}
-
-void InputFile::open(const FileArguments &arguments, LibraryOptions &options)
-{
-    const AVInputFormat *format = formatOf(arguments);
-    const InputName name = classifyInput(m_url);
-    if (name.kind == InputKind::standard) {
-        throw CommandFailed("Reading from a pipe is not supported by this program");
-    }
-    if (name.kind == InputKind::localFile && m_isPaced) {
-        throw CommandFailed("Option 're' on a file is not supported by this program");
-    }
-    // Transport streams say late which programs they have; whoever asks otherwise is obeyed.
-    const bool asked =
-        av_dict_get(options.format.get(), "scan_all_pmts", nullptr, AV_DICT_MATCH_CASE);
-    if (!asked) {
-        av_dict_set(DictionaryLoan(options.format), "scan_all_pmts", "1", 0);
-    }
-    // A playlist is only read from a file when the command says that it is one.
-    const bool namesOthers = format && av_match_list(format->name, localDemuxers(), ',') <= 0;
-    const bool isGuarded = name.kind == InputKind::localFile && !namesOthers;
-    const LocalInputOptions how{format, &options.format, m_run.control.interrupt(), &m_run.log};
-    const int error =
-        isGuarded ? openLocalInput(m_url, how, m_context) : openGeneral(format, options.format);
-    if (error < 0) {
-        m_run.control.check();
-        failToOpen(m_url, error);
-    }
-    if (!asked) {
-        av_dict_set(DictionaryLoan(options.format), "scan_all_pmts", nullptr, AV_DICT_MATCH_CASE);
-    }
-}
-
-int InputFile::openGeneral(const AVInputFormat *format, DictionaryPtr &options)
-{
-    AVFormatContext *input = avformat_alloc_context();
-    if (!input) {
-        return AVERROR(ENOMEM);
-    }
-    input->opaque = &m_run.log;
-    input->interrupt_callback = m_run.control.interrupt();
-    input->max_streams = std::min(input->max_streams, maxStreams);
-    input->flags |= AVFMT_FLAG_NONBLOCK;
-    const int error = avformat_open_input(&input, m_url.c_str(), format, DictionaryLoan(options));
-    if (error >= 0) {
-        m_context.reset(input); // otherwise the call has freed it
-    }
-    return error;
 }
 
 void InputFile::forceDecoders(const FileArguments &arguments)

@@ -69,8 +69,6 @@ public:
     [[nodiscard]] bool read(AVPacket &packet);
 
 private:
-    void open(const FileArguments &arguments, LibraryOptions &options);
-    [[nodiscard]] int openGeneral(const AVInputFormat *format, DictionaryPtr &options);
     void forceDecoders(const FileArguments &arguments);
     void readStreams(const FileArguments &arguments, const LibraryOptions &options);
     void describeStream(const FileArguments &arguments, const LibraryOptions &options,
