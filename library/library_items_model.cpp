@@ -24,7 +24,7 @@ void letGo(LibraryRows rows)
 }
 
 /// Lets updates in for as long as the model is there. Any thread.
-struct LibraryItemsModel::Door {
+struct LibraryItemsModel::Door : std::enable_shared_from_this<LibraryItemsModel::Door> {
     std::mutex lock;
     LibraryItemsModel *model = nullptr; // guarded by lock; null once the model has turned away
 
@@ -35,9 +35,13 @@ struct LibraryItemsModel::Door {
         if (model != nullptr) {
             QMetaObject::invokeMethod(
                 model,
-                [this, receiver = model, shared] {
-                    if (receiver->m_door.get() == this) {
+                [door = shared_from_this(), receiver = model, shared] {
+                    if (receiver->m_door == door) {
                         receiver->take(*shared);
+                    }
+                    // Whoever heard of that may have given the list another container.
+                    if (receiver->m_door == door && shared->hasMore) {
+                        receiver->m_query->goOn();
                     }
                 },
                 Qt::QueuedConnection);

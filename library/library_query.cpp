@@ -16,7 +16,7 @@
 namespace veltro {
 namespace {
 
-// The first page is what a screen shows at once; the others let other work of the queue in between.
+// The first page is what a screen shows at once; between the others other work has its turn.
 constexpr std::size_t firstPage = 50;
 constexpr std::size_t page = 5'000;
 constexpr std::size_t renewedAtOnce = 1'000;
@@ -71,6 +71,11 @@ void LibraryQuery::enqueue(void (LibraryQuery::*step)())
 void LibraryQuery::start()
 {
     enqueue(&LibraryQuery::open);
+}
+
+void LibraryQuery::goOn()
+{
+    enqueue(&LibraryQuery::readMore);
 }
 
 void LibraryQuery::stop()
@@ -134,11 +139,10 @@ void LibraryQuery::readMore()
         update.changes.push_back({RowChange::Kind::insert, m_shown.size(), shown.size(), shown});
         m_shown.insert(m_shown.end(), shown.begin(), shown.end());
     }
+    update.hasMore = !m_isLoaded;
     deliver(std::move(update));
     if (m_isLoaded) {
         finishLoading();
-    } else {
-        enqueue(&LibraryQuery::readMore);
     }
 }
 

@@ -25,6 +25,7 @@ struct LibraryUpdate {
     std::vector<RowChange> changes;
     std::size_t total = 0;    ///< rows that are loaded, found or not
     bool isLoaded = false;    ///< whether these are all
+    bool hasMore = false;     ///< whether goOn() brings more
     std::uint64_t search = 0; ///< the number of the search that is answered
 };
 
@@ -40,6 +41,9 @@ public:
     ~LibraryQuery();
 
     void start();
+    /// Reads the next rows. Called once an update that has more has been shown, so that the first
+    /// rows are on the screen before the rest competes for the processor.
+    void goOn();
     /// Looks for another text. Numbers rise; one that another has followed may stay unanswered.
     void search(const QString &text, std::uint64_t number);
     /// Ends what goes on. An update may still be under way.
