@@ -39,7 +39,7 @@ class Install(unittest.TestCase):
         cls.bundle = cls.prefix / "lib/veltro"
 
     def test_the_bundle_stands_alone(self):
-        for name in ("veltro-search-provider", "python_init.py", "Contents/Resources/cacert.pem",
+        for name in ("veltro", "veltro-search-provider", "python_init.py", "Contents/Resources/cacert.pem",
                      "Contents/Resources/yt-dlp/yt_dlp/__init__.py",
                      "Contents/PlugIns/veltro-media.so"):
             self.assertTrue((self.bundle / name).is_file(), name)
@@ -49,6 +49,7 @@ class Install(unittest.TestCase):
         information = json.loads((self.bundle / "Contents/Info.json").read_text())
         self.assertRegex(information["shortVersion"], r"^\d+\.\d+\.\d+$")
         self.assertEqual(os.readlink(self.prefix / "bin/veltro"), "../lib/veltro/veltro")
+        self.assertTrue(os.access(self.prefix / "bin/veltro", os.X_OK))
 
     def test_the_desktop_files_are_valid_and_name_what_is_there(self):
         entry = self.share / f"applications/{IDENTIFIER}.desktop"
