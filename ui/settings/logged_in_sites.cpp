@@ -15,31 +15,38 @@ LoggedInSites *&sitesOfTheProgram()
     return sites;
 }
 
-// Coroutines, so that the import lives as long as what it was asked.
+// Coroutines, so that the import lives as long as what it was asked. Each task stands on a line of
+// its own, since g++ 12 loses what is moved into a call that is awaited in the same expression.
 
 QCoro::Task<std::vector<BrowserProfile>> listBrowsers(CookieImport cookies)
 {
     const CookieImport own = std::move(cookies);
-    co_return co_await own.browsers();
+    const QCoro::Task<std::vector<BrowserProfile>> task = own.browsers();
+    co_return co_await task;
 }
 
 QCoro::Task<std::vector<HostCookies>> readProfile(CookieImport cookies, BrowserProfile profile,
                                                   QString host)
 {
     const CookieImport own = std::move(cookies);
-    co_return co_await own.readBrowser(std::move(profile), std::move(host));
+    const QCoro::Task<std::vector<HostCookies>> task =
+        own.readBrowser(std::move(profile), std::move(host));
+    co_return co_await task;
 }
 
 QCoro::Task<std::vector<HostCookies>> readCookieFile(CookieImport cookies, QUrl file, QString host)
 {
     const CookieImport own = std::move(cookies);
-    co_return co_await own.readFile(std::move(file), std::move(host));
+    const QCoro::Task<std::vector<HostCookies>> task =
+        own.readFile(std::move(file), std::move(host));
+    co_return co_await task;
 }
 
 QCoro::Task<void> saveCookies(CookieImport cookies, std::vector<HostCookies> found)
 {
     const CookieImport own = std::move(cookies);
-    co_await own.save(std::move(found));
+    const QCoro::Task<void> task = own.save(std::move(found));
+    co_await task;
 }
 
 }

@@ -9,6 +9,9 @@
 
 namespace veltro {
 
+// g++ 12 loses values that are moved into a call which is awaited in the same expression, so each
+// task stands on a line of its own.
+
 SiteImport::SiteImport(SiteImportSteps steps, QObject *parent)
     : QObject(parent), m_steps(std::move(steps))
 {}
@@ -104,7 +107,8 @@ QCoro::Task<void> SiteImport::list(Self self)
     std::vector<BrowserProfile> profiles;
     std::exception_ptr error;
     try {
-        profiles = co_await browsers();
+        const QCoro::Task<std::vector<BrowserProfile>> task = browsers();
+        profiles = co_await task;
     } catch (...) {
         error = std::current_exception();
     }
@@ -121,7 +125,8 @@ QCoro::Task<void> SiteImport::look(Self self, Read read, QString site)
     std::vector<HostCookies> cookies;
     std::exception_ptr error;
     try {
-        cookies = co_await reader(CookieImport::hostOf(site));
+        const QCoro::Task<std::vector<HostCookies>> task = reader(CookieImport::hostOf(site));
+        cookies = co_await task;
     } catch (...) {
         error = std::current_exception();
     }
@@ -137,7 +142,8 @@ QCoro::Task<void> SiteImport::keep(Self self, std::vector<HostCookies> cookies)
     const auto save = own->m_steps.save;
     std::exception_ptr error;
     try {
-        co_await save(std::move(cookies));
+        const QCoro::Task<void> task = save(std::move(cookies));
+        co_await task;
     } catch (...) {
         error = std::current_exception();
     }
