@@ -140,9 +140,13 @@ EmptySection emptySection(FormatSection section, const MediaInfo &info)
     const auto best =
         std::find_if(info.formats.rbegin(), info.formats.rend(),
                      [&](const Format &format) { return belongsTo(section, format); });
-    return {nothingPlays(section, count),
-            best->isAudioOnly ? pickerText("Save %1").arg(best->label().trimmed())
-                              : pickerText("Save and convert %1").arg(best->label()),
+    // A page that tells no codecs may well name what plays.
+    const bool isUntold = !best->isAudioOnly && !best->vcodec;
+    return {isUntold && count == 1
+                ? pickerText("This page does not tell how its one format is encoded.")
+                : nothingPlays(section, count),
+            best->isAudioOnly || isUntold ? pickerText("Save %1").arg(best->label().trimmed())
+                                          : pickerText("Save and convert %1").arg(best->label()),
             *best};
 }
 

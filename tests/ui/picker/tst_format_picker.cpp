@@ -217,6 +217,16 @@ void TestFormatPicker::aListThatPlaysNothingSaysSoAndOffersTheBest()
     picker.pickOffer();
     QCOMPARE(picked.takeFirst()[1].value<Format>().id, QStringLiteral("opus"));
 
+    // What generic pages yield: one format whose codecs are not told.
+    info.formats = {videoFormat("0", "")};
+    info.formats[0].vcodec = std::nullopt;
+    info.formats[0].resolution = std::nullopt;
+    picker.setRequest(requestFor(info));
+    QVERIFY(picker.emptyReason().contains(QStringLiteral("does not tell")));
+    QCOMPARE(picker.offer(), QStringLiteral("Save mp4"));
+    picker.pickOffer();
+    QCOMPARE(picked.takeFirst()[1].value<Format>().id, QStringLiteral("0"));
+
     info.formats = {videoFormat("only", "avc1")};
     picker.setRequest(requestFor(info));
     picker.setSection(FormatPicker::Audio);
