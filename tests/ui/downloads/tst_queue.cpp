@@ -33,7 +33,9 @@ namespace {
 constexpr auto screenFile = "qrc:/qt/qml/Veltro/Downloads/Queue.qml";
 
 struct QueueScreen {
-    explicit QueueScreen(int size) : screen(screenFile, {{"downloads", filled(samples, size)}}) {}
+    explicit QueueScreen(int size)
+        : screen(screenFile, {{QStringLiteral("downloads"), filled(samples, size)}})
+    {}
 
     static QVariant filled(SampleDownloads &downloads, int size)
     {

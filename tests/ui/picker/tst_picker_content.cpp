@@ -15,7 +15,7 @@ constexpr auto screenFile = "qrc:/qt/qml/Veltro/Picker/FormatPickerContent.qml";
 
 struct Content {
     explicit Content(SampleRequest::Page page)
-        : screen(screenFile, {{"picker", QVariant::fromValue(asked(picker, page))}})
+        : screen(screenFile, {{QStringLiteral("picker"), QVariant::fromValue(asked(picker, page))}})
     {}
 
     static FormatPicker *asked(FormatPicker &picker, SampleRequest::Page page)

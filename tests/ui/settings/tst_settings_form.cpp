@@ -19,8 +19,8 @@ constexpr auto screenFile = "qrc:/qt/qml/Veltro/Settings/SettingsForm.qml";
 /// The form over a record that nothing keeps.
 struct Form {
     explicit Form(QAbstractItemModel *sites = nullptr)
-        : screen(screenFile, {{"settings", QVariant::fromValue(&settings)},
-                              {"sites", QVariant::fromValue<QObject *>(sites)}})
+        : screen(screenFile, {{QStringLiteral("settings"), QVariant::fromValue(&settings)},
+                              {QStringLiteral("sites"), QVariant::fromValue<QObject *>(sites)}})
     {
         QObject::connect(&settings, &SettingsModel::edited, &settings,
                          [this](const Preferences &wanted) { settings.setPreferences(wanted); });
