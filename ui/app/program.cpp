@@ -39,17 +39,26 @@ Program::Program()
     , m_library(m_workspace)
     , m_sites(m_engine)
     , m_desktop(m_workspace, m_pasteboard)
+    , m_library(m_workspace)
 {
     m_recents.setLimit(recentItems);
     m_home.setRecents(&m_recents);
     setDesktop(&m_desktop);
+<<<<<<< HEAD
     setLoggedInSites(&m_sites);
+=======
+    setLibraryServices(&m_library);
+>>>>>>> 127607e (ui/library: give the screen its services, and test it in a window)
 }
 
 Program::~Program()
 {
     setDesktop(nullptr);
+<<<<<<< HEAD
     setLoggedInSites(nullptr);
+=======
+    setLibraryServices(nullptr);
+>>>>>>> 127607e (ui/library: give the screen its services, and test it in a window)
 }
 
 bool Program::start()
@@ -92,8 +101,12 @@ QCoro::Task<void> Program::openLibrary(QPointer<Program> self)
     std::shared_ptr<ModelContainer> container = co_await makeContainerInBackground();
     if (program) {
         program->m_recents.setContainer(container);
+<<<<<<< HEAD
         program->m_library.setContainer(container);
         program->m_sites.setContainer(std::move(container));
+=======
+        program->m_library.setContainer(std::move(container));
+>>>>>>> 127607e (ui/library: give the screen its services, and test it in a window)
     }
 }
 

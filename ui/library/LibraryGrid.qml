@@ -4,6 +4,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Templates as T
 import Veltro.Design
+import Veltro.Library
 
 /// The saved items as tiles. Only those in view exist, so that there may be any number of them; the
 /// rubber band works on where the others would be.
@@ -45,7 +46,6 @@ FocusScope {
         focus: true
         activeFocusOnTab: true
         clip: true
-        reuseItems: true
         cacheBuffer: 400
         topMargin: 4
         bottomMargin: 24
@@ -138,30 +138,36 @@ FocusScope {
             id: ground
 
             property point pressedAt
+            property point pointer // in the view, which moves under it
             property real speed: 0
 
+            // From a point of the view to one of the grid, whose first line the view may put anywhere.
+            function inGrid(where: point): point {
+                return Qt.point(where.x + view.contentX, where.y + view.contentY - view.originY);
+            }
             function pull() {
-                const inContent = ground.mapToItem(view.contentItem, ground.mouseX, ground.mouseY);
-                root.selection.moveMarquee(inContent);
-                const y = ground.mouseY - view.contentY;
-                ground.speed = y < 24 ? (y - 24) / 2 : y > view.height - 24 ? (y - view.height + 24) / 2 : 0;
+                root.selection.moveMarquee(ground.inGrid(ground.pointer));
+                const below = ground.pointer.y - (view.height - 24);
+                const above = ground.pointer.y - 24;
+                ground.speed = below > 0 ? below : above < 0 ? above : 0;
             }
 
             parent: view.contentItem
             z: -1
             x: -view.leftMargin
-            y: -view.topMargin
+            y: view.originY - view.topMargin
             width: view.width
             height: Math.max(view.contentHeight, view.height) + view.topMargin + view.bottomMargin
             preventStealing: true
             onPressed: mouse => {
                 view.forceActiveFocus(Qt.MouseFocusReason);
-                ground.pressedAt = Qt.point(mouse.x, mouse.y);
+                ground.pressedAt = ground.mapToItem(view, mouse.x, mouse.y);
             }
             onPositionChanged: mouse => {
-                const far = Math.hypot(mouse.x - ground.pressedAt.x, mouse.y - ground.pressedAt.y) >= 6;
+                ground.pointer = ground.mapToItem(view, mouse.x, mouse.y);
+                const far = Math.hypot(ground.pointer.x - ground.pressedAt.x, ground.pointer.y - ground.pressedAt.y) >= 6;
                 if (!root.selection.dragging && far)
-                    root.selection.beginMarquee(ground.mapToItem(view.contentItem, ground.pressedAt), mouse.modifiers);
+                    root.selection.beginMarquee(ground.inGrid(ground.pressedAt), mouse.modifiers);
                 if (root.selection.dragging)
                     ground.pull();
             }
@@ -174,9 +180,10 @@ FocusScope {
             repeat: true
             interval: 16
             onTriggered: {
-                const lowest = Math.max(-view.topMargin, view.contentHeight - view.height + view.bottomMargin);
+                const highest = view.originY - view.topMargin;
+                const lowest = Math.max(highest, view.originY + view.contentHeight - view.height + view.bottomMargin);
                 const before = view.contentY;
-                view.contentY = Math.max(-view.topMargin, Math.min(lowest, before + Math.max(-30, Math.min(30, ground.speed))));
+                view.contentY = Math.max(highest, Math.min(lowest, before + Math.max(-30, Math.min(30, ground.speed))));
                 if (view.contentY !== before)
                     ground.pull();
             }
@@ -186,7 +193,7 @@ FocusScope {
             z: 2
             visible: root.selection.dragging
             x: root.selection.marquee.x
-            y: root.selection.marquee.y
+            y: root.selection.marquee.y + view.originY
             width: root.selection.marquee.width
             height: root.selection.marquee.height
             color: Theme.faded(Theme.accent, 0.14)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import Veltro.Design
+import Veltro.Library
 
 /// The library's name, and the field that searches it.
 Item {

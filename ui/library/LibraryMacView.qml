@@ -4,12 +4,14 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Templates as T
 import Veltro.Design
+import Veltro.Library
 
 /// Everything that was saved: tiles to search and choose from, and the player beside them.
 FocusScope {
     id: root
 
-    required property LibraryServices services
+    /// Each screen is handed the coordinator; this one works with the library itself.
+    required property QtObject store
     readonly property alias screen: library
 
     function focusSearch() {
@@ -18,22 +20,22 @@ FocusScope {
 
     LibraryScreen {
         id: library
-        services: root.services
+        services: LibraryServices
     }
 
     // Keys of the screen: a text field that has the focus takes them first.
     Shortcut {
-        enabled: root.visible
+        enabled: root.visible && root.enabled
         sequences: ["Ctrl+A"]
         onActivated: library.selection.selectAll()
     }
     Shortcut {
-        enabled: root.visible
+        enabled: root.visible && root.enabled
         sequences: ["Del", "Ctrl+Del"]
         onActivated: library.deleteSelected()
     }
     Shortcut {
-        enabled: root.visible
+        enabled: root.visible && root.enabled
         sequences: ["Ctrl+F"]
         onActivated: header.focusSearch()
     }
@@ -87,32 +89,10 @@ FocusScope {
                 focus: true
                 screen: library
             }
-            Column {
+            LibraryEmptyNote {
                 anchors.centerIn: parent
                 width: Math.min(parent.width - 48, 380)
-                spacing: 10
                 visible: library.empty
-
-                Symbol {
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    name: "square.grid.2x2.fill"
-                    size: 40
-                    color: Theme.inkTertiary
-                }
-                Label {
-                    width: parent.width
-                    horizontalAlignment: Text.AlignHCenter
-                    text: qsTr("Empty library")
-                    font: Theme.titleFont
-                }
-                Label {
-                    width: parent.width
-                    horizontalAlignment: Text.AlignHCenter
-                    wrapMode: Text.Wrap
-                    text: qsTr("Anything you save lands here. Paste a link on the Home tab or drag one onto the window.")
-                    font.pixelSize: 14
-                    color: Theme.inkSecondary
-                }
             }
         }
         LibraryPlayerPane {

@@ -3,6 +3,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import Veltro.Design
+import Veltro.Library
 
 /// One saved item: its picture with its length, and what it is called. A press and a drag are told
 /// apart here; what they mean is decided elsewhere.
@@ -18,7 +19,7 @@ Item {
     /// The keyboard stands here.
     required property bool current
     required property url file
-    readonly property bool hasFile: root.file.toString() !== ""
+    readonly property bool hasFile: String(root.file) !== ""
 
     signal clicked(modifiers: int)
     signal menuWanted(x: real, y: real)

@@ -36,6 +36,7 @@ class LibraryScreen : public QObject, private TileRows {
     Q_PROPERTY(QString title READ title NOTIFY chosenChanged)
     Q_PROPERTY(QString details READ details NOTIFY chosenChanged)
     Q_PROPERTY(QUrl file READ file NOTIFY chosenChanged)
+    Q_PROPERTY(bool hasFile READ hasFile NOTIFY chosenChanged)
     // The choice as a whole.
     Q_PROPERTY(QString countText READ countText NOTIFY chosenChanged)
     Q_PROPERTY(QString totalText READ totalText NOTIFY chosenChanged)
@@ -63,6 +64,7 @@ public:
     [[nodiscard]] QString title() const { return m_one ? m_one->title : QString(); }
     [[nodiscard]] QString details() const;
     [[nodiscard]] QUrl file() const;
+    [[nodiscard]] bool hasFile() const { return !file().isEmpty(); }
     [[nodiscard]] QString countText() const;
     [[nodiscard]] QString totalText() const;
     [[nodiscard]] QString deleteText() const;

@@ -9,6 +9,7 @@
 #include <QRectF>
 #include <QSet>
 #include <QUuid>
+#include <QtQml/qqmlregistration.h>
 
 #include <optional>
 
@@ -18,6 +19,8 @@ namespace veltro {
 /// that a choice outlives a search that hides it. Main thread.
 class LibrarySelection : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("a LibraryScreen has one")
     Q_PROPERTY(int count READ count NOTIFY changed)
     Q_PROPERTY(int revision READ revision NOTIFY changed)
     Q_PROPERTY(int currentRow READ currentRow NOTIFY currentRowChanged)

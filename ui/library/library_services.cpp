@@ -2,9 +2,32 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/library/library_services.h"
 
+#include <QJSEngine>
+
 #include <utility>
 
 namespace veltro {
+namespace {
+
+LibraryServices *&servicesOfTheProgram()
+{
+    static LibraryServices *services = nullptr;
+    return services;
+}
+
+}
+
+void setLibraryServices(LibraryServices *services)
+{
+    servicesOfTheProgram() = services;
+}
+
+LibraryServices *LibraryServices::create(QQmlEngine *, QJSEngine *)
+{
+    Q_ASSERT(servicesOfTheProgram() != nullptr);
+    QJSEngine::setObjectOwnership(servicesOfTheProgram(), QJSEngine::CppOwnership);
+    return servicesOfTheProgram();
+}
 
 LibraryServices::LibraryServices(Workspace &workspace, DefaultsStore defaults, QObject *parent)
     : QObject(parent), m_workspace(workspace), m_defaults(std::move(defaults))

@@ -8,17 +8,20 @@
 
 #include <memory>
 
+class QJSEngine;
+class QQmlEngine;
+
 namespace veltro {
 
 class ModelContainer;
 class Workspace;
 
 /// What the library's screen works with: the store's container, once it is open, and the desktop.
-/// One for the life of the window. Main thread.
+/// One for the life of the program. Main thread.
 class LibraryServices : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("the program makes one")
+    QML_SINGLETON
 
 public:
     /// @param workspace outlives this.
@@ -31,6 +34,9 @@ public:
     [[nodiscard]] Workspace &workspace() const { return m_workspace; }
     [[nodiscard]] const DefaultsStore &defaults() const { return m_defaults; }
 
+    /// For the QML engine, which asks for the object that setLibraryServices() was given.
+    static LibraryServices *create(QQmlEngine *engine, QJSEngine *scripts);
+
 Q_SIGNALS:
     void containerChanged();
 
@@ -39,5 +45,9 @@ private:
     const DefaultsStore m_defaults;
     std::shared_ptr<ModelContainer> m_container;
 };
+
+/// What the singleton LibraryServices of QML engines stands for; set before an engine loads its
+/// first file, and outlives the engine.
+void setLibraryServices(LibraryServices *services);
 
 }

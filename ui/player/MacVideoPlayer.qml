@@ -3,6 +3,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import Veltro.Design
+import Veltro.Player
 
 /// Plays a file in place, with its controls over the picture. Full screen takes the whole window,
 /// which becomes as large as the screen, and Escape gives it back.

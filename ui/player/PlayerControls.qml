@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import Veltro.Design
+import Veltro.Player
 
 /// The controls that lie over a player's picture.
 Rectangle {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/ui/gallery/gallery_pages.h"
 
+#include "tests/ui/library/gallery_library.h"
 #include "ui/design/appearance.h"
 
 #include <QDir>
@@ -19,6 +20,7 @@ QFileInfoList galleryPages()
 void prepareGallery()
 {
     applyAppearance();
+    prepareGalleryLibrary();
 }
 
 bool showGalleryPage(QQuickView &view, const QFileInfo &page)

@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import Veltro.Design
+import Veltro.Library
+
+/// The library with items in it, one of them chosen.
+Rectangle {
+    color: Theme.page
+
+    LibraryMacView {
+        id: view
+        anchors.fill: parent
+        store: null
+
+        Connections {
+            function onRowsInserted() {
+                view.screen.selection.move(0, Qt.NoModifier);
+            }
+            target: view.screen.items
+        }
+    }
+}
