@@ -87,7 +87,7 @@ Item {
             visible: root.duration !== ""
             radius: 6
             antialiasing: true
-            color: Theme.faded("#000000", 0.7)
+            color: Qt.rgba(0, 0, 0, 0.7)
 
             Label {
                 id: badge

@@ -20,7 +20,7 @@ Rectangle {
     implicitHeight: 40
     radius: 10
     antialiasing: true
-    color: Theme.faded("#000000", 0.62)
+    color: Qt.rgba(0, 0, 0, 0.62)
 
     IconButton {
         id: playButton

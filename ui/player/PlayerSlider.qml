@@ -25,7 +25,7 @@ T.Slider {
         width: root.width
         height: 4
         radius: 2
-        color: Theme.faded("#FFFFFF", 0.3)
+        color: Qt.rgba(1, 1, 1, 0.3)
 
         Rectangle {
             width: root.visualPosition * (root.width - root.handle.width) + root.handle.width / 2

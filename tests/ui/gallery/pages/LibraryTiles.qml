@@ -21,7 +21,7 @@ Rectangle {
                 required property var modelData
 
                 width: 190
-                height: 162
+                height: 176
                 title: modelData[0]
                 uploader: modelData[1]
                 duration: modelData[2]
