@@ -194,7 +194,7 @@ void TestMainWindow::noKeyIsHeardUnderASheet()
     QCOMPARE(store.selectedTab(), MacTab::home);
     QVERIFY(!m_bench->homeModel().working());
     QTest::keyClick(&m_bench->window(), Qt::Key_Escape);
-    QVERIFY(!store.showBatchPaste());
+    QTRY_VERIFY(!store.showBatchPaste());
 }
 
 void TestMainWindow::returnSubmitsOnceWhereverTheFocusIsOnHome()
@@ -273,7 +273,7 @@ void TestMainWindow::theBatchSheetBeginsEmptyAndQueues()
     QCOMPARE(value(QStringLiteral("batchQueue"), "text").toString(), QStringLiteral("Queue 2"));
     m_bench->click(QStringLiteral("batchQueue"));
     QTRY_COMPARE(m_bench->downloads().count(), 2);
-    QVERIFY(!m_bench->store().showBatchPaste());
+    QTRY_VERIFY(!m_bench->store().showBatchPaste());
     m_bench->store().setShowBatchPaste(true);
     QTRY_VERIFY(m_bench->popup(QStringLiteral("batchSheet")).property("opened").toBool());
     QVERIFY(value(QStringLiteral("batchEditor"), "text").toString().isEmpty());
