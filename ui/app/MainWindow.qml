@@ -7,7 +7,6 @@ import QtQuick.Window
 import Veltro.App
 import Veltro.Design
 import Veltro.Home
-import Veltro.Library
 import Veltro.Types
 
 /// The one main window: menus along the top, the sidebar, the selected screen, and the banners,
@@ -18,7 +17,6 @@ T.ApplicationWindow {
     required property MacAppStore store
     required property HomeModel home
     required property WindowMemory memory
-    required property LibraryServices library
     required property UpdateManager updates
     property bool mayClose: false
 
@@ -84,7 +82,6 @@ T.ApplicationWindow {
             anchors.fill: parent
             store: root.store
             home: root.home
-            library: root.library
         }
         BannerStack {
             width: parent.width

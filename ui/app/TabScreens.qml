@@ -4,7 +4,6 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Veltro.App
 import Veltro.Home
-import Veltro.Library
 import Veltro.Types
 
 /// The screen of the selected tab. The home screen stays; each other is made when its tab is
@@ -14,7 +13,6 @@ Item {
 
     required property MacAppStore store
     required property HomeModel home
-    required property LibraryServices library
 
     HomeMacView {
         objectName: "homeScreen"
@@ -46,14 +44,9 @@ Item {
         onLoaded: (other.item as Item).forceActiveFocus()
 
         function load() {
-            if (root.store.selectedTab === Tab.Library)
-                other.setSource(other.file, {
-                    "services": root.library
-                });
-            else
-                other.setSource(other.file, {
-                    "store": root.store
-                });
+            other.setSource(other.file, {
+                "store": root.store
+            });
         }
     }
 }

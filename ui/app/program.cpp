@@ -39,26 +39,19 @@ Program::Program()
     , m_library(m_workspace)
     , m_sites(m_engine)
     , m_desktop(m_workspace, m_pasteboard)
-    , m_library(m_workspace)
 {
     m_recents.setLimit(recentItems);
     m_home.setRecents(&m_recents);
     setDesktop(&m_desktop);
-<<<<<<< HEAD
-    setLoggedInSites(&m_sites);
-=======
     setLibraryServices(&m_library);
->>>>>>> 127607e (ui/library: give the screen its services, and test it in a window)
+    setLoggedInSites(&m_sites);
 }
 
 Program::~Program()
 {
     setDesktop(nullptr);
-<<<<<<< HEAD
-    setLoggedInSites(nullptr);
-=======
     setLibraryServices(nullptr);
->>>>>>> 127607e (ui/library: give the screen its services, and test it in a window)
+    setLoggedInSites(nullptr);
 }
 
 bool Program::start()
@@ -68,7 +61,6 @@ bool Program::start()
         {QStringLiteral("store"), QVariant::fromValue(&m_store)},
         {QStringLiteral("home"), QVariant::fromValue(&m_home)},
         {QStringLiteral("memory"), QVariant::fromValue(&m_memory)},
-        {QStringLiteral("library"), QVariant::fromValue(&m_library)},
         {QStringLiteral("updates"), QVariant::fromValue(&m_updates)},
     });
     m_qml.load(QUrl(QStringLiteral("qrc:/qt/qml/Veltro/App/MainWindow.qml")));
@@ -101,12 +93,8 @@ QCoro::Task<void> Program::openLibrary(QPointer<Program> self)
     std::shared_ptr<ModelContainer> container = co_await makeContainerInBackground();
     if (program) {
         program->m_recents.setContainer(container);
-<<<<<<< HEAD
         program->m_library.setContainer(container);
         program->m_sites.setContainer(std::move(container));
-=======
-        program->m_library.setContainer(std::move(container));
->>>>>>> 127607e (ui/library: give the screen its services, and test it in a window)
     }
 }
 

@@ -11,10 +11,7 @@
 #include "ui/app/window_memory.h"
 #include "ui/home/home_model.h"
 #include "ui/library/library_services.h"
-<<<<<<< HEAD
 #include "ui/settings/logged_in_sites.h"
-=======
->>>>>>> 127607e (ui/library: give the screen its services, and test it in a window)
 #include "ui/types/desktop.h"
 
 #include <QQmlApplicationEngine>
@@ -56,7 +53,6 @@ private:
     LoggedInSites m_sites;
     UpdateManager m_updates;
     Desktop m_desktop;
-    LibraryServices m_library;
     QQmlApplicationEngine m_qml; // ends first, since its objects use all of the above
     QPointer<QQuickWindow> m_window;
     bool m_hasBegun = false;

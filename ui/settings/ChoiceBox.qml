@@ -120,7 +120,7 @@ T.ComboBox {
             color: Theme.card
             strokeColor: Theme.hairline
             strokeWidth: 1
-            shadowColor: Theme.faded("#000000", 0.14)
+            shadowColor: Qt.rgba(0, 0, 0, 0.14)
             shadowBlur: 20
             shadowOffsetY: 6
         }

@@ -62,7 +62,7 @@ T.AbstractButton {
                 radius: 9
                 cornerExponent: 2
                 color: "#FFFFFF"
-                shadowColor: Theme.faded("#000000", 0.18)
+                shadowColor: Qt.rgba(0, 0, 0, 0.18)
                 shadowBlur: 3
                 shadowOffsetY: 1
 
