@@ -34,13 +34,13 @@ public:
         m_memory.setProperty("height", 680);
         applyAppearance();
         setDesktop(&m_desktop);
+        setLibraryServices(&m_library);
         setLoggedInSites(&m_sites);
         m_qml.addImportPath(QStringLiteral(":/qt/qml"));
         m_qml.setInitialProperties({
             {QStringLiteral("store"), QVariant::fromValue(&store())},
             {QStringLiteral("home"), QVariant::fromValue(&m_home)},
             {QStringLiteral("memory"), QVariant::fromValue(&m_memory)},
-            {QStringLiteral("library"), QVariant::fromValue(&m_library)},
             {QStringLiteral("updates"), QVariant::fromValue(&m_updates)},
         });
         m_qml.load(QUrl(QStringLiteral("qrc:/qt/qml/Veltro/App/MainWindow.qml")));
@@ -53,6 +53,7 @@ public:
     ~WindowBench()
     {
         setDesktop(nullptr);
+        setLibraryServices(nullptr);
         setLoggedInSites(nullptr);
     }
 
