@@ -85,12 +85,13 @@ function(veltro_test name)
 endfunction()
 
 # veltro_qml_module(<name> URI <dotted name> [SOURCES <files>] [QML <files>] [SINGLETONS <QML files>]
-#                   [SHADERS <files>] [LINK <public libraries>])
+#                   [SHADERS <files>] [DEPENDENCIES <modules>] [LINK <public libraries>])
 #
 # A library whose QML files and QML_ELEMENT classes are imported as <dotted name>. Linking it is
 # all that a program needs, besides the import path ":/qt/qml". SINGLETONS are named in QML too.
+# DEPENDENCIES are the modules whose types its own types have as properties.
 function(veltro_qml_module name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "URI" "SOURCES;QML;SINGLETONS;SHADERS;LINK")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "URI" "SOURCES;QML;SINGLETONS;SHADERS;DEPENDENCIES;LINK")
     string(REPLACE "." "/" path "${arg_URI}")
     string(REPLACE "." "_" symbol "${arg_URI}")
     set_source_files_properties(${arg_SINGLETONS} PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
@@ -103,7 +104,7 @@ function(veltro_qml_module name)
         RESOURCE_PREFIX /qt/qml
         OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/qml/${path}"
         IMPORT_PATH "${PROJECT_BINARY_DIR}/qml"
-        DEPENDENCIES QtQuick
+        DEPENDENCIES QtQuick ${arg_DEPENDENCIES}
         QML_FILES ${arg_QML})
     target_link_libraries(${name} PUBLIC Qt6::Quick ${arg_LINK})
     if(arg_SHADERS)

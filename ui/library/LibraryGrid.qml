@@ -32,7 +32,7 @@ FocusScope {
     function openMenuAtCurrent() {
         const cell = view.itemAtIndex(root.selection.currentRow);
         if (cell)
-            cell.openMenu(16, 16);
+            cell.openMenu(16, 16); // qmllint disable
     }
 
     GridView {

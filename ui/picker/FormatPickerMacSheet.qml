@@ -12,6 +12,7 @@ Sheet {
 
     required property MacAppStore store
 
+    objectName: "formatPicker"
     width: Math.min(680, parent ? parent.width - 40 : 680)
     height: Math.max(380, Math.min(500, parent ? parent.height - 60 : 500))
     accessibleName: qsTr("Choose a format")
@@ -20,7 +21,7 @@ Sheet {
 
     function follow() {
         if (root.store.hasPendingFormatPick) {
-            picker.request = root.store.pendingFormatPick;
+            picker.request = root.store.pendingFormatPick; // qmllint disable
             root.open();
         } else {
             root.close();

@@ -173,7 +173,10 @@ void TestMainWindow::eachKeyDoesItsOneThing()
     m_bench->pasteboard.held = m_bench->site.url(QStringLiteral("/plain")).toString();
     QTest::keyClick(window, Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
     TRY(store.hasPendingFormatPick());
+    QObject &picker = m_bench->popup(QStringLiteral("formatPicker"));
+    QTRY_VERIFY(picker.property("opened").toBool());
     store.clearPendingFormatPick();
+    QTRY_VERIFY(!picker.property("visible").toBool()); // until then it has the keys
     QVERIFY(m_bench->homeModel().urlText().isEmpty());
     store.setSelectedTab(MacTab::home);
     QTest::keyClick(window, Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
