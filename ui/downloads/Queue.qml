@@ -41,6 +41,8 @@ FocusScope {
         focus: true
         activeFocusOnTab: count > 0
         reuseItems: true
+        // Rows that are made ahead, in the background, are complained about when they are removed.
+        cacheBuffer: 0
         Keys.onPressed: event => {
             list.isMovedByKey = true;
             event.accepted = false;

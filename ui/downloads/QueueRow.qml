@@ -8,7 +8,7 @@ import Veltro.Downloads
 import Veltro.Types
 
 /// One download: what it is, how far it is, and what can be done with it now.
-T.Control {
+T.ItemDelegate {
     id: root
 
     required property DownloadProgressState record

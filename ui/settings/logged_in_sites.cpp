@@ -15,8 +15,7 @@ LoggedInSites *&sitesOfTheProgram()
     return sites;
 }
 
-// Coroutines, so that the import lives as long as what it was asked. Each task stands on a line of
-// its own, since g++ 12 loses what is moved into a call that is awaited in the same expression.
+// Coroutines, so that the import lives as long as what it was asked.
 
 QCoro::Task<std::vector<BrowserProfile>> listBrowsers(CookieImport cookies)
 {

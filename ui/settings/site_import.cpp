@@ -9,9 +9,6 @@
 
 namespace veltro {
 
-// g++ 12 loses values that are moved into a call which is awaited in the same expression, so each
-// task stands on a line of its own.
-
 SiteImport::SiteImport(SiteImportSteps steps, QObject *parent)
     : QObject(parent), m_steps(std::move(steps))
 {}

@@ -56,6 +56,14 @@ ScreenUnderTest::ScreenUnderTest(const char *file, const QVariantMap &properties
     }
 }
 
+void ScreenUnderTest::resize(QSize size)
+{
+    m_view.resize(size);
+    if (!QTest::qWaitFor([&] { return root()->size().toSize() == size; })) {
+        qFatal("the screen does not take its size");
+    }
+}
+
 QQuickItem *ScreenUnderTest::itemWhere(const Test &test) const
 {
     return firstBelow(m_view.contentItem(), test);

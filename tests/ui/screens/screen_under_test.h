@@ -21,7 +21,8 @@ public:
 
     [[nodiscard]] QQuickItem *root() const { return m_view.rootObject(); }
     [[nodiscard]] QQuickView *window() const { return &m_view; }
-    void resize(QSize size) { m_view.resize(size); }
+    /// Returns when the screen has taken the size.
+    void resize(QSize size);
 
     using Test = std::function<bool(const QQuickItem &)>;
     /// The first item, in the window or over it, that passes; null when there is none.

@@ -35,7 +35,9 @@ struct FakeSteps {
         if (source.startsWith(u'!')) {
             throw CookieImportError(CookieImportError::Kind::none, host, source);
         }
-        co_return answer;
+        // A copy, since what is named after co_return is moved away, a member too.
+        Found copy = answer;
+        co_return copy;
     }
     QCoro::Task<void> save(Found cookies)
     {
