@@ -3,15 +3,16 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs clang-tidy on our sources: tidy.py [FILE...]
 
-The compile commands are those of the tidy preset: one for each test, one for each library, whose
-sources compile as one unit, so that the headers of others are looked through once. A unit is
-looked at again only when a file of ours in it, its command or the checks have changed: what was
-found clean leaves a stamp in build/tidy/stamps.
+The compile commands are those of the debug preset, which has to be built: what moc and others make
+of our sources is there. A library's sources are looked at as one unit, so that the headers of
+others are looked through once, and without what was generated. A unit is looked at again only when
+a file of ours in it, its command or the checks have changed: what was found clean leaves a stamp in
+build/tidy.
 """
 import hashlib
 import json
 import os
-import re
+import shlex
 import subprocess
 import sys
 import time
@@ -23,15 +24,15 @@ import sources
 
 # The first release whose checks understand our coroutines and ranges with this standard library.
 TOOL = "clang-tidy-19"
-BUILD = sources.ROOT / "build/tidy"
-STAMPS = BUILD / "stamps"
-GENERATED = re.compile(r'#include "[^"]+\.moc"')
+BUILD = sources.ROOT / "build/debug"
+UNITS = sources.ROOT / "build/tidy/units"
+STAMPS = sources.ROOT / "build/tidy/stamps"
 
 
 @dataclass(frozen=True)
 class Unit:
     """What one compile command compiles."""
-    file: Path
+    members: tuple[Path, ...]  # the sources, relative to the root
     command: str
     own: frozenset[Path]  # every file of ours in it, relative to the root
 
@@ -52,7 +53,6 @@ def main() -> int:
     wanted = {Path(name).resolve().relative_to(sources.ROOT) for name in sys.argv[1:]}
     waiting = [unit for unit in keys if not (STAMPS / keys[unit]).exists()
                and (not wanted or wanted & unit.own)]
-    make_generated_sources(waiting)
     begin = time.monotonic()
     with ThreadPoolExecutor(max_workers=os.cpu_count()) as pool:
         clean = list(pool.map(lambda unit: look_at(unit, STAMPS / keys[unit]), waiting))
@@ -62,43 +62,43 @@ def main() -> int:
 
 
 def configure() -> None:
-    command = (["ninja", "-C", str(BUILD), "build.ninja"] if (BUILD / "build.ninja").exists()
-               else ["cmake", "--preset", "tidy"])
-    subprocess.run(command, cwd=sources.ROOT, check=True, stdout=subprocess.DEVNULL)
-    STAMPS.mkdir(exist_ok=True)
+    if not (BUILD / "compile_commands.json").exists():
+        sys.exit("build the debug preset first")
+    for folder in (UNITS, STAMPS):
+        folder.mkdir(parents=True, exist_ok=True)
 
 
 def units() -> list[Unit]:
     """The largest first, so that none is left alone at the end."""
     found = []
     for entry in json.loads((BUILD / "compile_commands.json").read_text()):
-        file = Path(entry["file"])
-        members = own_sources(file)
+        members = own_sources(Path(entry["file"]))
         if members:
             own = frozenset(members).union(*(sources.reached(path) for path in members))
-            found.append(Unit(file, entry["command"], own))
+            found.append(Unit(tuple(members), entry["command"], own))
     return sorted(found, key=lambda unit: len(unit.own), reverse=True)
 
 
 def own_sources(file: Path) -> list[Path]:
-    """The file itself, or what a unit made by CMake includes; other generated files are not ours."""
+    """The file itself, or what of ours a unit made by CMake includes."""
     if not file.is_relative_to(BUILD):
         return [file.relative_to(sources.ROOT)]
     if file.parent.name != "Unity":
         return []
-    return [Path(name).relative_to(sources.ROOT)
-            for _, _, name in sources.includes(file.read_text())]
+    included = (Path(name) for _, _, name in sources.includes(file.read_text()))
+    return [path.relative_to(sources.ROOT) for path in included if not path.is_relative_to(BUILD)]
 
 
-def make_generated_sources(waiting: list[Unit]) -> None:
-    """Some tests include what moc makes of them: their generating targets run, nothing else."""
-    if not any(GENERATED.search((sources.ROOT / path).read_text())
-               for unit in waiting for path in unit.own):
-        return
-    listed = subprocess.run(["ninja", "-C", str(BUILD), "-t", "targets", "all"], check=True,
-                            capture_output=True, text=True).stdout
-    targets = re.findall(r"^(\w+_autogen): phony", listed, re.MULTILINE)
-    subprocess.run(["ninja", "-C", str(BUILD), *targets], check=True, stdout=subprocess.DEVNULL)
+def options(command: str) -> list[str]:
+    """What a compile command says besides its compiler, its files and the making of dependencies."""
+    kept = []
+    words = iter(shlex.split(command)[1:])
+    for word in words:
+        if word in ("-o", "-c", "-MF", "-MT"):
+            next(words)
+        elif word != "-MD" and not word.endswith("c++"):
+            kept.append(word)
+    return kept
 
 
 def common_key() -> bytes:
@@ -110,13 +110,19 @@ def common_key() -> bytes:
 
 
 def look_at(unit: Unit, stamp: Path) -> bool:
-    run = subprocess.run(["nice", TOOL, "-p", str(BUILD), "--quiet", str(unit.file)],
-                         capture_output=True, text=True)
+    """A file by itself is looked at where it lies, since its folder may have checks of its own."""
+    source = sources.ROOT / unit.members[0]
+    if len(unit.members) > 1:
+        source = UNITS / f"{stamp.name}.cpp"
+        source.write_text("".join(f'#include "{path}"\n' for path in unit.members))
+    run = subprocess.run(
+        ["nice", TOOL, "--quiet", str(source), "--", f"-I{sources.ROOT}", *options(unit.command)],
+        cwd=BUILD, capture_output=True, text=True)
     if run.returncode == 0:
         stamp.touch()
         return True
-    print(f"== {unit.file.relative_to(sources.ROOT)}\n{run.stdout.strip() or run.stderr.strip()}",
-          flush=True)
+    print(f"== {unit.members[0]}{' and others' if len(unit.members) > 1 else ''}\n"
+          f"{run.stdout.strip() or run.stderr.strip()}", flush=True)
     return False
 
 
