@@ -67,7 +67,7 @@ void ActiveDownloads::remove(const QUuid &id)
 {
     if (contains(id)) {
         const int row = rowOf(id);
-        removeRows(row, row);
+        removeRun(row, row);
     }
 }
 
@@ -82,12 +82,12 @@ void ActiveDownloads::removeFinished()
         while (first > 0 && isFinal(first - 1)) {
             --first;
         }
-        removeRows(first, last);
+        removeRun(first, last);
         last = first;
     }
 }
 
-void ActiveDownloads::removeRows(int first, int last)
+void ActiveDownloads::removeRun(int first, int last)
 {
     const auto begin = m_rows.begin() + first;
     const auto end = m_rows.begin() + last + 1;

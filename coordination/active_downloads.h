@@ -82,7 +82,7 @@ private:
     }
     [[nodiscard]] Counts counts() const;
     void followState(const QUuid &id);
-    void removeRows(int first, int last);
+    void removeRun(int first, int last);
     void shift(std::optional<ItemState::Kind> from, std::optional<ItemState::Kind> to);
     void announce(const Counts &before);
 

@@ -39,7 +39,7 @@ std::optional<QStringList> textsIn(const QJsonValue &value)
         return std::nullopt;
     }
     QStringList texts;
-    for (const QJsonValue &element : array) {
+    for (const auto &element : array) {
         texts.append(element.toString());
     }
     return texts;

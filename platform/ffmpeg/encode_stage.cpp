@@ -13,6 +13,7 @@ std::vector<std::int64_t> chaptersOf(const OutputFile &output)
 {
     const AVFormatContext &file = *output.context();
     std::vector<std::int64_t> starts;
+    starts.reserve(file.nb_chapters);
     for (unsigned i = 0; i < file.nb_chapters; ++i) {
         starts.push_back(
             av_rescale_q(file.chapters[i]->start, file.chapters[i]->time_base, microseconds));

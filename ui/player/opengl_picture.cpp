@@ -57,6 +57,7 @@ void OpenGLPicture::prepare()
     }
     m_isRequested = false;
     m_window->beginExternalCommands();
+    QQuickOpenGLUtils::resetOpenGLState(); // the player takes the state for a new context's
     if (m_context || begin()) {
         draw();
     }
