@@ -110,7 +110,8 @@ void HandOverSocket::serve(QLocalSocket *client)
     }
     const QJsonObject request = QJsonDocument::fromJson(client->readLine(longestLine)).object();
     QStringList links;
-    for (const QJsonValue &link : request.value(QLatin1String("links")).toArray()) {
+    const QJsonArray held = request.value(QLatin1String("links")).toArray();
+    for (const auto &link : held) {
         links += link.toString();
     }
     client->write(taken);

@@ -35,7 +35,7 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, RunnerMatch &matc
     argument >> match.id >> match.text >> match.iconName >> match.type >> match.relevance >>
         match.properties;
     argument.endStructure();
-    return argument;
+    return argument; // NOLINT(bugprone-return-const-ref-from-parameter): as operators do
 }
 
 QDBusArgument &operator<<(QDBusArgument &argument, const RunnerAction &action)
@@ -51,7 +51,7 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, RunnerAction &act
     argument.beginStructure();
     argument >> action.id >> action.text >> action.iconName;
     argument.endStructure();
-    return argument;
+    return argument; // NOLINT(bugprone-return-const-ref-from-parameter): as operators do
 }
 
 KRunnerSearch::KRunnerSearch(const SearchIndex &index, QObject *parent)

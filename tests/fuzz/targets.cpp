@@ -40,6 +40,7 @@ std::vector<Seed> readSeeds(const fs::path &folder)
     }
     std::sort(files.begin(), files.end()); // the order of a folder is no order
     std::vector<Seed> seeds;
+    seeds.reserve(files.size());
     for (const fs::path &file : files) {
         seeds.push_back({file.extension().string(), readBytes(file)});
     }

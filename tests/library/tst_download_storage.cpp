@@ -260,8 +260,8 @@ void TestDownloadStorage::aFolderForCookiesThatCannotBeMadeIsAnError()
     QDir(dataFolder() + QStringLiteral("/cookies")).removeRecursively();
     QFile obstacle(dataFolder() + QStringLiteral("/cookies"));
     QVERIFY(obstacle.open(QIODevice::WriteOnly));
-    QVERIFY_EXCEPTION_THROWN((void)m_storage.cookieFile(QStringLiteral("example.com")),
-                             std::system_error);
+    QVERIFY_THROWS_EXCEPTION(std::system_error,
+                             (void)m_storage.cookieFile(QStringLiteral("example.com")));
     QVERIFY(!m_storage.cookieFile(std::nullopt));
     QVERIFY(obstacle.remove());
 }

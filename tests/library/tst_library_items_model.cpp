@@ -384,8 +384,8 @@ void TestLibraryItemsModel::theListIsWhatAPlainLookAtTheStoreWouldShow()
     QSignalSpy answered(model.get(), &LibraryItemsModel::searchAnswered);
     model->setSearch(QStringLiteral("7"));
     QTRY_COMPARE_WITH_TIMEOUT(answered.count(), 1, patience);
-    std::stable_sort(items.begin(), items.end(),
-                     [](const auto &a, const auto &b) { return *a.completedAt > *b.completedAt; });
+    std::sort(items.begin(), items.end(),
+              [](const auto &a, const auto &b) { return *a.completedAt > *b.completedAt; });
     QStringList expected;
     for (const DownloadItem &item : items) {
         if (item.title.contains(u'7')) {

@@ -150,11 +150,10 @@ void TestModelContainer::whatIsNotCommittedHasNotHappened()
 {
     const auto container = makeContainer(m_file);
     QVERIFY(save(container, {itemAt(1, QStringLiteral("before"))}));
-    QVERIFY_EXCEPTION_THROWN(container->write([](Database &database) -> StoreChange {
+    QVERIFY_THROWS_EXCEPTION(StoreError, container->write([](Database &database) -> StoreChange {
         database.execute("DELETE FROM DownloadItem");
         throw StoreError(StoreError::Kind::full, "made up");
-    }),
-                             StoreError);
+    }));
     QVERIFY(save(container, {itemAt(2, QStringLiteral("after"))}));
     Database database(m_file);
     QCOMPARE(database.number("SELECT count(*) FROM DownloadItem"), 2);

@@ -89,7 +89,7 @@ ProgressDetail progressDetail(const DownloadProgressState &record)
 
 QString spokenDescription(const DownloadProgressState &record)
 {
-    const ItemState state = record.state();
+    const ItemState &state = record.state();
     QStringList parts{statusLabel(state.kind)};
     if (!state.text.isEmpty()) {
         parts << state.text;

@@ -37,7 +37,8 @@ TileGrid TileGrid::fitting(double width, double captionHeight)
 QRectF TileGrid::frame(int row) const
 {
     const QSizeF step = cell();
-    return {QPointF(row % columns * step.width(), row / columns * step.height()), tile};
+    const int line = row / columns;
+    return {QPointF(row % columns * step.width(), line * step.height()), tile};
 }
 
 CellRange TileGrid::cellsIn(const QRectF &rectangle) const

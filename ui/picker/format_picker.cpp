@@ -46,7 +46,7 @@ QStringList FormatPicker::sectionTitles() const
 {
     QStringList titles;
     for (const FormatSection section : formatSections) {
-        titles << veltro::title(section);
+        titles << sectionTitle(section);
     }
     return titles;
 }

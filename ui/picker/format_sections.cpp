@@ -70,7 +70,7 @@ QString nothingPlays(FormatSection section, int count)
 
 }
 
-QString title(FormatSection section)
+QString sectionTitle(FormatSection section)
 {
     switch (section) {
     case FormatSection::video:

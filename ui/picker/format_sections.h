@@ -19,7 +19,7 @@ enum class FormatSection { video, audio, all };
 inline constexpr std::array formatSections{FormatSection::video, FormatSection::audio,
                                            FormatSection::all};
 
-[[nodiscard]] QString title(FormatSection section);
+[[nodiscard]] QString sectionTitle(FormatSection section);
 
 /// Whether the built-in player takes the format without re-encoding.
 [[nodiscard]] bool playsInPlayer(const Format &format);

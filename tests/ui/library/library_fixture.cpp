@@ -34,7 +34,7 @@ DownloadItem LibraryFixture::item(const QString &title)
     made.sourceURL = QUrl(QStringLiteral("https://example.com/watch?v=%1").arg(m_made));
     made.title = title;
     made.stateRaw = QStringLiteral("done");
-    made.createdAt = start.addSecs(-60 * m_made);
+    made.createdAt = start.addSecs(qint64(-60) * m_made);
     made.completedAt = made.createdAt;
     ++m_made;
     return made;
