@@ -94,8 +94,7 @@ void TestStillImage::initTestCase()
              "-c:v libx264 -bf 3 h264.mp4",
              "-c:v libx264 -bf 3 -muxdelay 5 h264.ts",
              "-c:v libx264 -bf 3 -g 10 keys.flv",
-             "-c:v libx264 -bf 2 -output_ts_offset 5000 -movflags frag_keyframe+empty_moov "
-             "late.mp4",
+             "-c:v libx264 -bf 2 -output_ts_offset 5000 -movflags frag_keyframe late.mp4",
              "-c:v mpeg4 -an mpeg4.avi",
              "-c:v libvpx-vp9 -cpu-used 8 -deadline realtime -c:a libopus vp9.webm",
              "-c:v libx264 -an bare.h264",

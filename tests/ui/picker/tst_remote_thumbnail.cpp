@@ -305,7 +305,11 @@ void TestRemoteThumbnail::theItemShowsWhatItFetched()
     QTRY_COMPARE(item->status(), RemoteThumbnail::Ready);
     QCOMPARE(changed.size(), 2);
     QImage shown;
-    QTRY_VERIFY((shown = window.grabWindow(), looksLike(shown.pixelColor(20, 32), Qt::red)));
+    const auto isDrawn = [&] {
+        shown = window.grabWindow();
+        return looksLike(shown.pixelColor(20, 32), Qt::red);
+    };
+    QTRY_VERIFY(isDrawn());
     QVERIFY(looksLike(shown.pixelColor(76, 32), Qt::blue));
     QVERIFY(looksLike(shown.pixelColor(0, 0), Qt::white));
     QCOMPARE(site.requests, 1);
