@@ -51,7 +51,8 @@ void runAndReport(const std::vector<std::string> &arguments)
     const auto begin = steady_clock::now();
     const int code = run(arguments);
     const std::chrono::duration<double> wall = steady_clock::now() - begin;
-    std::cout << code << ' ' << wall.count() << ' ' << processorSeconds() - processor << std::endl;
+    std::cout << code << ' ' << wall.count() << ' ' << processorSeconds() - processor << '\n'
+              << std::flush;
 }
 
 }
