@@ -4,6 +4,7 @@
 
 #include "platform/ffmpeg/av_error.h"
 #include "platform/ffmpeg/libav_versions.h"
+#include "platform/ffmpeg/muxer_files.h"
 
 #include <algorithm>
 #include <string>
@@ -85,9 +86,6 @@ OutputFile::~OutputFile()
 {
     if (m_context->pb && !opensItself()) {
         avio_closep(&m_context->pb); // whatever is lost here is removed with the file
-    }
-    if (m_hasBegun && opensItself() && !m_wasThere) {
-        m_target->opened();
     }
 }
 
@@ -177,7 +175,7 @@ void OutputFile::begin()
 void OutputFile::openTarget()
 {
     if (opensItself()) {
-        m_wasThere = m_target->exists();
+        MuxerFiles::attachTo(*m_context);
         return;
     }
     const int error =

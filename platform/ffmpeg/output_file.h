@@ -87,7 +87,6 @@ private:
     std::unique_ptr<WrittenFile> m_target;
     std::vector<std::unique_ptr<OutputStream>> m_streams;
     bool m_hasBegun = false;
-    bool m_wasThere = false; // for a muxer that opens its files itself
 };
 
 }

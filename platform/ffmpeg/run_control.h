@@ -13,6 +13,8 @@
 
 namespace veltro::ffmpeg {
 
+class MuxerFiles;
+
 /// What a run shares with those who watch it: whether it shall stop, and how far it is. Any thread.
 class RunControl {
 public:
@@ -45,6 +47,11 @@ public:
                 static_cast<double>(m_microseconds.load(std::memory_order_relaxed)) / AV_TIME_BASE};
     }
 
+    /// Where the run's muxers open files by themselves; none while there is no run. Set by the
+    /// run's thread before it makes a muxer.
+    void setMuxerFiles(MuxerFiles *files) { m_muxerFiles = files; }
+    [[nodiscard]] MuxerFiles *muxerFiles() const { return m_muxerFiles; }
+
     /// What decoders could make of their packets; the run's thread.
     void countDecoded(std::int64_t frames, std::int64_t errors)
     {
@@ -65,6 +72,7 @@ public:
     }
 
 private:
+    MuxerFiles *m_muxerFiles = nullptr;
     std::int64_t m_frames = 0; // the run's thread
     std::int64_t m_errors = 0; // the run's thread
     std::atomic<bool> m_cancelled = false;

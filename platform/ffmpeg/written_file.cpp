@@ -43,4 +43,11 @@ void WrittenFile::opened()
     }
 }
 
+void WrittenFile::comesFrom(const WrittenFile &other)
+{
+    m_isOurs = other.m_isOurs;
+    m_device = other.m_device;
+    m_inode = other.m_inode;
+}
+
 }

@@ -21,6 +21,8 @@ public:
     [[nodiscard]] bool isSameAs(const std::string &otherPath) const;
     /// The file has been created, or emptied, under the path.
     void opened();
+    /// The other file is going to be moved here.
+    void comesFrom(const WrittenFile &other);
     void keep() { m_isKept = true; }
 
 private:

@@ -38,6 +38,9 @@ private Q_SLOTS:
     void saysWhatTheServerRefused();
     void leavesNothingWhenTheDiskIsFull_data();
     void leavesNothingWhenTheDiskIsFull();
+    void leavesNothingOfAFormatWithManyFiles_data();
+    void leavesNothingOfAFormatWithManyFiles();
+    void aPictureOfASeriesIsNeverWrittenOverTheInput();
     void neverRemovesWhatIsNoRegularFile();
     void readsNumbersWithAPointUnderACommaLocale();
     void obeysTheLevelOfItsLog();
@@ -352,6 +355,51 @@ void TestRunnerSession::leavesNothingWhenTheDiskIsFull()
     QCOMPARE(answer.code, 1);
     QVERIFY2(lastLineOf(answer.log).endsWith(": File too large"), answer.log.constData());
     QVERIFY(!QFile::exists(output));
+}
+
+void TestRunnerSession::leavesNothingOfAFormatWithManyFiles_data()
+{
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("files");
+    QTest::newRow("pictures") << u"-frames:v 3"_s << u"%03d.png"_s << 3;
+    QTest::newRow("the planes of a picture") << u"-frames:v 1"_s << u"a.y"_s << 3;
+    QTest::newRow("segments and their list")
+        << u"-c copy -t 1 -f hls -hls_flags temp_file"_s << u"list.m3u8"_s << 2;
+    QTest::newRow("segments alone") << u"-c copy -t 1 -f segment"_s << u"%d.ts"_s << 1;
+}
+
+void TestRunnerSession::leavesNothingOfAFormatWithManyFiles()
+{
+    QFETCH(const QString, options);
+    QFETCH(const QString, name);
+    const QTemporaryDir folder;
+    const QDir here(folder.path());
+    const QString whole = here.filePath(u"whole.mp4"_s);
+    const QStringList command = QStringList{u"-y"_s, u"-i"_s, path(u"av.mp4"_s), u"-an"_s} +
+                                wordsOf(qPrintable(options)) +
+                                QStringList{here.filePath(name), u"-c"_s, u"copy"_s, whole};
+    QCOMPARE(runInProcess(command).code, 0);
+    QTEST(int(here.entryList(QDir::Files).size()) - 1, "files");
+    ToolAnswer answer;
+    {
+        const FileSizeLimit limit(QFile(whole).size() * 9 / 10);
+        answer = runInProcess(command);
+    }
+    QCOMPARE(answer.code, 1);
+    QCOMPARE(here.entryList(QDir::Files), QStringList());
+}
+
+void TestRunnerSession::aPictureOfASeriesIsNeverWrittenOverTheInput()
+{
+    const QTemporaryDir folder;
+    const QString first = folder.filePath(u"1.png"_s);
+    QVERIFY(makeMedia(wordsOf("-f lavfi -i testsrc2=s=64x48 -frames:v 1") + QStringList{first}));
+    const QByteArray before = contentOf(first);
+    const ToolAnswer answer =
+        runInProcess({u"-y"_s, u"-i"_s, first, u"-s"_s, u"32x32"_s, folder.filePath(u"%d.png"_s)});
+    QCOMPARE(answer.code, 1);
+    QCOMPARE(contentOf(first), before);
 }
 
 void TestRunnerSession::neverRemovesWhatIsNoRegularFile()
