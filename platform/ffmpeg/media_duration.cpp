@@ -2,10 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ffmpeg/media_duration.h"
 
-#include "platform/ffmpeg/locale_scope.h"
+#include "platform/ffmpeg/file_look.h"
 #include "platform/ffmpeg/safe_input.h"
-#include "platform/ffmpeg/session_log.h"
-#include "platform/ffmpeg/time_limit.h"
 #include "platform/ffmpeg/timestamp.h"
 
 #include <algorithm>
@@ -101,19 +99,8 @@ std::optional<double> durationOfFile(AVFormatContext &input, const TimeLimit &li
 
 std::optional<double> readDuration(const std::filesystem::path &file) noexcept
 try {
-    const LocaleScope locale;
-    SessionLog log; // takes the lines so that no other log gets them
-    log.setLevel(AV_LOG_QUIET);
-    const SessionLog::Scope bound(log);
-    TimeLimit limit(longestReading);
-    LocalInputOptions how;
-    how.log = &log;
-    how.interrupt = limit.interrupt();
-    InputContextPtr input;
-    if (openLocalInput("file:" + file.native(), how, input) < 0) {
-        return std::nullopt;
-    }
-    return durationOfFile(*input, limit);
+    const FileLook look(file, longestReading);
+    return look.input() ? durationOfFile(*look.input(), look.limit()) : std::nullopt;
 } catch (const std::exception &) {
     return std::nullopt; // out of memory: as good as unreadable
 }

@@ -2,10 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ffmpeg/stream_probe.h"
 
-#include "platform/ffmpeg/av_ptr.h"
-#include "platform/ffmpeg/locale_scope.h"
+#include "platform/ffmpeg/file_look.h"
 #include "platform/ffmpeg/safe_input.h"
-#include "platform/ffmpeg/session_log.h"
 
 #include <algorithm>
 #include <exception>
@@ -13,6 +11,9 @@
 
 namespace veltro::ffmpeg {
 namespace {
+
+// A file that does not tell its streams by then is made not to.
+constexpr std::chrono::seconds longestProbe(60);
 
 bool lacksCodec(const AVStream *stream)
 {
@@ -54,14 +55,9 @@ StreamInformation informationOf(const AVStream &stream)
 std::optional<std::vector<StreamInformation>>
 probeStreams(const std::filesystem::path &file) noexcept
 try {
-    const LocaleScope locale;
-    SessionLog log; // takes the lines so that no other log gets them
-    log.setLevel(AV_LOG_QUIET);
-    const SessionLog::Scope bound(log);
-    InputContextPtr input;
-    LocalInputOptions how;
-    how.log = &log;
-    if (openLocalInput("file:" + file.native(), how, input) < 0) {
+    const FileLook look(file, longestProbe);
+    AVFormatContext *input = look.input();
+    if (!input) {
         return std::nullopt;
     }
     if (mustReadOn(*input) && readStreamInformation(*input) < 0) {
