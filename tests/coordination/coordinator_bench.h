@@ -15,6 +15,8 @@
 #include <QDir>
 #include <QTest>
 
+#include <utility>
+
 namespace veltro {
 
 /// A coordinator with the real engine and library, a home of its own, the test site for the web,
@@ -23,7 +25,10 @@ class CoordinatorBench {
 public:
     static constexpr int patience = 30'000; // ms, for what takes a second
 
-    CoordinatorBench()
+    /// @param center where notices go; by default the board has them.
+    explicit CoordinatorBench(std::unique_ptr<NoticeCenter> center = nullptr)
+        : notifier(center ? std::move(center)
+                          : std::unique_ptr<NoticeCenter>(new FakeNoticeCenter(notices)))
     {
         // The library of a process stays where it was opened first, and so must its folder.
         static const QTemporaryDir data;
@@ -90,7 +95,7 @@ public:
     NoticeBoard notices;
     YtDlpService engine;
     DownloadStorage storage;
-    CompletionNotifier notifier{std::unique_ptr<NoticeCenter>(new FakeNoticeCenter(notices))};
+    CompletionNotifier notifier;
     FakeWorkspace workspace;
     FakePasteboard pasteboard;
     bool isActive = true;

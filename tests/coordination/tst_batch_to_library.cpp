@@ -1,7 +1,10 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A batch of pages of every kind, all the way: what is saved, and what is said of it.
+// A batch of pages of every kind, all the way: what is saved, and what is said of it to the user of
+// another program and to the desktop's search.
+#include "library/search_indexer.h"
 #include "tests/coordination/coordinator_bench.h"
+#include "tests/platform/notification_daemon.h"
 
 #include <QFileInfo>
 #include <QSignalSpy>
@@ -46,11 +49,13 @@ private Q_SLOTS:
     void theLibraryHasWhatWasSavedAndNothingElse();
     void everyFileOfTheLibraryIsThereWithItsFacts();
     void onlyWhatWasSavedIsAnnounced();
+    void whatWasSavedIsFoundByTheDesktop();
     void nothingIsLeftHalfDone();
     void cleanupTestCase();
 
 private:
     const std::vector<Page> m_pages = mixedPages();
+    NotificationDaemon m_daemon;
     std::unique_ptr<CoordinatorBench> m_bench;
     std::vector<MacAppStore::Record> m_done;
 };
@@ -58,7 +63,9 @@ private:
 void TestBatchToLibrary::initTestCase()
 {
     constexpr int patience = 120'000; // ms, for a dozen pages
-    m_bench = std::make_unique<CoordinatorBench>();
+    QVERIFY(m_daemon.prepare());
+    QVERIFY(m_daemon.start("no"));
+    m_bench = std::make_unique<CoordinatorBench>(std::make_unique<DBusNoticeCenter>());
     m_bench->isActive = false;
     QString lines;
     for (const Page &page : m_pages) {
@@ -127,19 +134,31 @@ void TestBatchToLibrary::everyFileOfTheLibraryIsThereWithItsFacts()
 
 void TestBatchToLibrary::onlyWhatWasSavedIsAnnounced()
 {
-    QStringList told;
-    for (const Notice &notice : m_bench->notices.posted) {
-        told.append(notice.body);
-    }
-    QStringList saved;
+    QList<ShownNotice> expected;
     for (const MacAppStore::Record &record : m_done) {
-        saved.append(record->title());
+        expected.append({QStringLiteral("Saved to your library"), record->title(),
+                         QStringLiteral("transfer.complete")});
     }
-    QCOMPARE(told, saved);
+    // Posting is nobody's to wait for.
+    QTRY_COMPARE_WITH_TIMEOUT(m_daemon.takeShown(), expected, CoordinatorBench::patience);
     QCOMPARE(m_bench->workspace.ticks, int(m_done.size()));
     QCOMPARE(m_bench->workspace.beeps, int(m_pages.size() - m_done.size()));
     QCOMPARE(m_bench->store().completedToastValue().id, m_done.back()->id());
     QVERIFY(!m_bench->store().showEngineError());
+}
+
+void TestBatchToLibrary::whatWasSavedIsFoundByTheDesktop()
+{
+    const SearchIndex &index = SearchIndex::standard();
+    SearchIndex::standard().finish();
+    const std::vector<DownloadItem> items = m_bench->savedItems();
+    for (const DownloadItem &item : items) {
+        const auto found = index.search(item.title.split(u' '), int(items.size()));
+        QVERIFY2(std::find(found.begin(), found.end(), searchableItem(item)) != found.end(),
+                 qPrintable(item.title));
+    }
+    // All entries have this word, and there are no others.
+    QCOMPARE(index.search({QStringLiteral("veltro")}, int(m_pages.size())).size(), items.size());
 }
 
 void TestBatchToLibrary::nothingIsLeftHalfDone()

@@ -2,27 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/completion_notifier.h"
 #include "platform/notices.h"
-#include "tests/platform/private_bus.h"
+#include "tests/platform/notification_daemon.h"
 
 #include <QCoro/QCoroTask>
-#include <QDBusArgument>
-#include <QDBusMessage>
 #include <QTest>
 #include <QUuid>
 
 using namespace veltro;
 
 namespace {
-
-const QString service = QStringLiteral("org.freedesktop.Notifications");
-
-/// A notice as the daemon has it.
-struct Shown {
-    QString summary;
-    QString body;
-    QString category;
-    bool operator==(const Shown &) const = default;
-};
 
 /// A permission that changes only by what the user answers.
 class AskingCenter final : public NoticeCenter {
@@ -75,9 +63,8 @@ struct Asking {
 class TestNotices : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
-    void cleanup();
-    void cleanupTestCase();
+    void initTestCase() { QVERIFY(m_daemon.prepare()); }
+    void cleanup() { QVERIFY(m_daemon.stop()); }
     void withoutAServiceNoticesAreDeniedAndThrow();
     void aNoticeReachesTheScreenWithItsTextAsItIs_data();
     void aNoticeReachesTheScreenWithItsTextAsItIs();
@@ -87,84 +74,8 @@ private Q_SLOTS:
     void aQuestionThatFailsCountsAsARefusalForGood();
 
 private:
-    void startDaemon(const QByteArray &markup);
-    void stopDaemon();
-    QList<Shown> takeShown();
-
-    PrivateBus m_bus;
-    QTemporaryDir m_folder;
-    QProcess m_display;
-    QProcess m_daemon;
+    NotificationDaemon m_daemon;
 };
-
-void TestNotices::initTestCase()
-{
-    QVERIFY(m_bus.start());
-    m_display.setStandardErrorFile(QProcess::nullDevice());
-    m_display.start(QStringLiteral("Xvfb"),
-                    {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-nolisten"),
-                     QStringLiteral("tcp"), QStringLiteral("-screen"), QStringLiteral("0"),
-                     QStringLiteral("640x480x24")});
-    QTRY_VERIFY_WITH_TIMEOUT(m_display.canReadLine(), 30'000);
-    qputenv("DISPLAY", ":" + m_display.readLine().trimmed());
-    qputenv("XDG_CONFIG_HOME", m_folder.path().toUtf8());
-}
-
-void TestNotices::cleanup()
-{
-    stopDaemon();
-}
-
-void TestNotices::cleanupTestCase()
-{
-    m_display.kill();
-    m_display.waitForFinished();
-}
-
-void TestNotices::startDaemon(const QByteArray &markup)
-{
-    QFile file(m_folder.filePath(QStringLiteral("dunstrc")));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("[global]\nstack_duplicates = false\nmarkup = " + markup +
-               "\nformat = \"%s\\n%b\"\n");
-    file.close();
-    m_daemon.setStandardErrorFile(QProcess::nullDevice());
-    m_daemon.start(QStringLiteral("dunst"), {QStringLiteral("-conf"), file.fileName()});
-    QVERIFY(waitForName(QDBusConnection::sessionBus(), service));
-}
-
-void TestNotices::stopDaemon()
-{
-    if (m_daemon.state() == QProcess::NotRunning) {
-        return;
-    }
-    m_daemon.terminate();
-    m_daemon.waitForFinished();
-    QTRY_VERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(service));
-}
-
-QList<Shown> TestNotices::takeShown()
-{
-    const auto command = [](const char *method) {
-        return QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
-            service, QStringLiteral("/org/freedesktop/Notifications"),
-            QStringLiteral("org.dunstproject.cmd0"), QLatin1String(method)));
-    };
-    command("NotificationCloseAll");
-    const QDBusMessage answer = command("NotificationListHistory");
-    QList<Shown> shown;
-    const auto list = answer.arguments().value(0).value<QDBusArgument>();
-    list.beginArray();
-    while (!list.atEnd()) {
-        QVariantMap entry;
-        list >> entry;
-        shown.prepend({entry.value(QStringLiteral("summary")).toString(),
-                       entry.value(QStringLiteral("body")).toString(),
-                       entry.value(QStringLiteral("category")).toString()});
-    }
-    list.endArray();
-    return shown;
-}
 
 void TestNotices::withoutAServiceNoticesAreDeniedAndThrow()
 {
@@ -190,7 +101,7 @@ void TestNotices::aNoticeReachesTheScreenWithItsTextAsItIs()
 {
     QFETCH(const QByteArray, markup);
     QFETCH(const QString, body);
-    startDaemon(markup);
+    QVERIFY(m_daemon.start(markup));
     DBusNoticeCenter center;
     QCOMPARE(QCoro::waitFor(center.authorizationStatus()), AuthorizationStatus::authorized);
     Notice notice;
@@ -198,13 +109,13 @@ void TestNotices::aNoticeReachesTheScreenWithItsTextAsItIs()
     notice.title = QStringLiteral("Title");
     notice.body = QStringLiteral("A <b>bold</b> & \"brash\" film");
     QCoro::waitFor(center.add(notice));
-    QCOMPARE(takeShown(),
-             (QList<Shown>{{notice.title, body, QStringLiteral("transfer.complete")}}));
+    QCOMPARE(m_daemon.takeShown(),
+             (QList<ShownNotice>{{notice.title, body, QStringLiteral("transfer.complete")}}));
 }
 
 void TestNotices::theIdentifierDecidesWhatTakesAPlace()
 {
-    startDaemon("no");
+    QVERIFY(m_daemon.start("no"));
     DBusNoticeCenter center;
     const auto add = [&](const char *identifier, const char *body) {
         QCoro::waitFor(center.add(
@@ -214,7 +125,7 @@ void TestNotices::theIdentifierDecidesWhatTakesAPlace()
     add("two", "second");
     add("one", "third");
     QStringList bodies;
-    for (const Shown &shown : takeShown()) {
+    for (const ShownNotice &shown : m_daemon.takeShown()) {
         bodies += shown.body;
     }
     bodies.sort();
@@ -223,15 +134,15 @@ void TestNotices::theIdentifierDecidesWhatTakesAPlace()
 
 void TestNotices::aFinishedDownloadIsAnnouncedByItsTitle()
 {
-    startDaemon("no");
+    QVERIFY(m_daemon.start("no"));
     CompletionNotifier notifier(std::make_unique<DBusNoticeCenter>());
     const QString nasty = QStringLiteral("line\nbreak\u202E\U0001F3AC") + QChar(0xD800);
     QCoro::waitFor(notifier.notify(QStringLiteral("A film")));
     QCoro::waitFor(notifier.notify(QStringLiteral("A film")));
     QCoro::waitFor(notifier.notify(nasty));
-    const QList<Shown> shown = takeShown();
+    const QList<ShownNotice> shown = m_daemon.takeShown();
     QCOMPARE(shown.size(), 3);
-    for (const Shown &notice : shown) {
+    for (const ShownNotice &notice : shown) {
         QCOMPARE(notice.summary, QStringLiteral("Saved to your library"));
     }
     QCOMPARE(shown.at(0).body, QStringLiteral("A film"));
