@@ -14,7 +14,8 @@ namespace veltro {
 /// only when a search changes most of it. Main thread only.
 class LibraryItemsModel : public QAbstractListModel {
     Q_OBJECT
-    /// Shows the items whose title or uploader has this in it, case aside; all when it is empty.
+    /// Shows the items whose title or uploader has this in it, case aside, and accents that are
+    /// not typed; all when it is empty.
     Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged)
     /// How many of the newest items there are for this list; 0 for all.
     Q_PROPERTY(int limit READ limit WRITE setLimit NOTIFY limitChanged)

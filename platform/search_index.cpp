@@ -3,6 +3,7 @@
 #include "platform/search_index.h"
 
 #include "platform/log.h"
+#include "platform/plain_letters.h"
 #include "platform/search_index_store.h"
 #include "platform/serial_queue.h"
 #include "platform/user_folders.h"
@@ -19,40 +20,6 @@ void logSearchFailure(const char *what, const std::exception &error)
 {
     logLine(LogTag::engine,
             std::string("the search index cannot be ") + what + ": " + error.what());
-}
-
-/// Accents and the like, which stand apart from their letters in the decomposed form. Vowel signs
-/// of other scripts, and the marks that tell kana apart, are not among them.
-bool isAccent(char32_t c)
-{
-    return (c >= 0x300 && c <= 0x36F) || (c >= 0x1AB0 && c <= 0x1AFF) ||
-           (c >= 0x1DC0 && c <= 0x1DFF) || (c >= 0x20D0 && c <= 0x20FF);
-}
-
-/// Letters that people type as others, though no accent tells them apart.
-QString typedAs(char32_t c)
-{
-    switch (c) {
-    case U'\u00DF':
-        return QStringLiteral("ss");
-    case U'\u00E6':
-        return QStringLiteral("ae");
-    case U'\u0153':
-        return QStringLiteral("oe");
-    case U'\u00F0':
-    case U'\u0111':
-        return QStringLiteral("d");
-    case U'\u00F8':
-        return QStringLiteral("o");
-    case U'\u00FE':
-        return QStringLiteral("th");
-    case U'\u0131':
-        return QStringLiteral("i");
-    case U'\u0142':
-        return QStringLiteral("l");
-    default:
-        return QString::fromUcs4(&c, 1);
-    }
 }
 
 /// Scripts that are written without blanks between words.
