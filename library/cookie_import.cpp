@@ -4,8 +4,8 @@
 
 #include "library/model_container.h"
 #include "library/model_context.h"
-#include "library/whole_file.h"
 #include "platform/serial_queue.h"
+#include "platform/whole_file.h"
 
 #include <QCoro/QCoroFuture>
 #include <QFile>

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/media_facts.h"
 
-#include "library/whole_file.h"
 #include "platform/ffmpeg/media_tools.h"
 #include "platform/log.h"
+#include "platform/whole_file.h"
 
 #include <QFile>
 #include <QFileInfo>

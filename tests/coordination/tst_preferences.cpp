@@ -9,6 +9,9 @@
 #include <QJsonObject>
 #include <QTest>
 
+#include <csignal>
+#include <sys/resource.h>
+
 using namespace veltro;
 
 namespace {
@@ -25,6 +28,24 @@ QJsonObject storedObject()
             {QStringLiteral("extractAudioByDefault"), true},
             {QStringLiteral("audioFormat"), QStringLiteral("mp3")}};
 }
+
+/// While it lives no file grows beyond so many bytes, as if the disk had no more room.
+class FullDisk {
+public:
+    explicit FullDisk(rlim_t room)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{room, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &m_before); }
+    FullDisk(const FullDisk &) = delete;
+    FullDisk &operator=(const FullDisk &) = delete;
+
+private:
+    rlimit m_before{};
+};
 
 QByteArray json(const QJsonObject &object)
 {
@@ -45,6 +66,7 @@ private Q_SLOTS:
     void theStoredDocumentHasExactlyTheSevenKeys();
     void aWriteKeepsTheOtherKeysAndLeavesNoOtherFile();
     void aFileThatCannotBeReplacedStaysAsItIs();
+    void aFullDiskLeavesWhatWasThere();
     void aFileThatIsNoneOfOursGivesTheDefaults();
     void downloadsGoBelowTheDesktopsDocuments();
 
@@ -162,6 +184,29 @@ void TestPreferences::aFileThatCannotBeReplacedStaysAsItIs()
     changed.save(unwritable);
     QCOMPARE(Preferences::load(unwritable), Preferences());
     QCOMPARE(Preferences::load(), kept);
+}
+
+void TestPreferences::aFullDiskLeavesWhatWasThere()
+{
+    const DefaultsStore store;
+    Preferences kept;
+    kept.audioFormat = QStringLiteral("opus");
+    kept.save();
+    Preferences changed = kept;
+    changed.outputTemplate.append(QStringLiteral(" and some more text"));
+    for (const rlim_t room : {0, 1, 100, 200}) {
+        {
+            const FullDisk disk(room);
+            QVERIFY(!store.setData(key, json(storedObject())));
+            changed.save();
+        }
+        QCOMPARE(Preferences::load(), kept);
+    }
+    QCOMPARE(QDir(configurationFolder())
+                 .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{QStringLiteral("veltro.ini")});
+    changed.save();
+    QCOMPARE(Preferences::load(), changed);
 }
 
 void TestPreferences::aFileThatIsNoneOfOursGivesTheDefaults()

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "library/whole_file.h"
+#include "platform/whole_file.h"
 
 #include <QSaveFile>
 
