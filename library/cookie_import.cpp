@@ -99,28 +99,37 @@ void writeCookieFile(const QString &path, const HostCookies &cookies)
     }
 }
 
+/// @throws CookieImportError
+CookieJar saveOne(const HostCookies &cookies)
+{
+    try {
+        const std::optional<QUrl> file = cookieFileURL(cookies.host);
+        if (!file) {
+            throw CookieImportError(Kind::notASite, cookies.host, {});
+        }
+        QFile::setPermissions(cookiesDirectory().toLocalFile(),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        writeCookieFile(file->toLocalFile(), cookies);
+        return {cookies.host, *file, QDateTime::currentDateTimeUtc()};
+    } catch (const std::system_error &error) {
+        throw CookieImportError(Kind::unsaved, cookies.host, QString::fromUtf8(error.what()));
+    }
+}
+
 void saveAll(const std::shared_ptr<ModelContainer> &container,
              const std::vector<HostCookies> &confirmed)
 {
     ModelContext context(container);
-    QString last;
-    for (const HostCookies &cookies : confirmed) {
-        last = cookies.host;
-        try {
-            const std::optional<QUrl> file = cookieFileURL(cookies.host);
-            if (!file) {
-                throw CookieImportError(Kind::notASite, cookies.host, {});
-            }
-            QFile::setPermissions(cookiesDirectory().toLocalFile(),
-                                  QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-            writeCookieFile(file->toLocalFile(), cookies);
-            context.insert(CookieJar{cookies.host, *file, QDateTime::currentDateTimeUtc()});
-        } catch (const std::system_error &error) {
-            throw CookieImportError(Kind::unsaved, cookies.host, QString::fromUtf8(error.what()));
+    try {
+        for (const HostCookies &cookies : confirmed) {
+            context.insert(saveOne(cookies));
         }
+    } catch (const CookieImportError &) {
+        (void)context.save(); // the files that are there are known
+        throw;
     }
     if (!context.save()) {
-        throw CookieImportError(Kind::unsaved, last,
+        throw CookieImportError(Kind::unsaved, confirmed.back().host,
                                 CookieImport::tr("the library cannot be written to"));
     }
 }

@@ -270,6 +270,12 @@ void TestCookieImport::nothingIsSavedWhereItCannotBe()
         QLatin1String("The cookies of example.com could not be saved: ")));
     Database database(m_container->file());
     QCOMPARE(database.number("SELECT count(*) FROM CookieJar"), 0);
+    // What came before the obstacle is saved, and known.
+    HostCookies sibling = sites.front();
+    sibling.host.prepend(QStringLiteral("www."));
+    QVERIFY(failureOf(m_import->save({sibling, sites.front()})));
+    QVERIFY(m_storage.cookieFile(sibling.host));
+    QCOMPARE(database.text("SELECT host FROM CookieJar"), sibling.host);
 }
 
 QTEST_GUILESS_MAIN(TestCookieImport)
