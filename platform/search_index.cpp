@@ -184,6 +184,20 @@ std::vector<SearchableItem> SearchIndex::items(const QStringList &identifiers) c
     return found;
 }
 
+bool SearchIndex::eachIdentifier(const std::function<void(std::string_view)> &take) const
+{
+    if (!QFileInfo::exists(m_file)) {
+        return true;
+    }
+    try {
+        SearchIndexStore(m_file, SearchIndexStore::Access::read).eachIdentifier(take);
+        return true;
+    } catch (const SearchIndexError &error) {
+        logSearchFailure("read", error);
+        return false;
+    }
+}
+
 QString foldedForSearch(const QString &text)
 {
     const QString decomposed = text.normalized(QString::NormalizationForm_KD)

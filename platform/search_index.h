@@ -5,8 +5,10 @@
 #include <QStringList>
 #include <QUrl>
 
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 namespace veltro {
@@ -48,11 +50,15 @@ public:
     /// Waits until everything taken so far is written.
     void finish();
 
-    /// The items in which every term begins a word, accents and case aside; the best first, then
-    /// the newest. Nothing for terms without a letter or digit.
+    /// The items in which every term begins a word, accents and case aside; the best of the newest
+    /// few thousand first, then the newest. Nothing for terms without a letter or digit.
     [[nodiscard]] std::vector<SearchableItem> search(const QStringList &terms, int limit) const;
     /// The items with these identifiers, in that order; what is unknown is left out.
     [[nodiscard]] std::vector<SearchableItem> items(const QStringList &identifiers) const;
+    /// Hands over the identifier of every item, in the order of their bytes, in UTF-8. Before
+    /// there is an index there are none. What is thrown meanwhile goes on to the caller.
+    /// @returns whether all were read; when not, the log says why
+    [[nodiscard]] bool eachIdentifier(const std::function<void(std::string_view)> &take) const;
 
 private:
     class Writer;

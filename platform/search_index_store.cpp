@@ -17,6 +17,9 @@ namespace {
 // Raised when the tables change; a file of a later version is left alone.
 constexpr int searchIndexVersion = 1;
 constexpr int searchBusyMilliseconds = 5'000;
+// To rank a match takes some microseconds, and a letter may match everything: the newest are
+// ranked.
+constexpr qint64 mostRanked = 5'000;
 constexpr QChar keywordSeparator(0x1F);
 
 // The words are folded before they come here, so the tokenizer only cuts: at everything but
@@ -120,11 +123,17 @@ public:
     {
         return sqlite3_column_type(m_statement, column) == SQLITE_NULL;
     }
-    [[nodiscard]] QString text(int column) const
+    /// Valid until the next step.
+    [[nodiscard]] std::string_view bytes(int column) const
     {
         const void *const bytes = sqlite3_column_blob(m_statement, column);
-        return QString::fromUtf8(static_cast<const char *>(bytes),
-                                 sqlite3_column_bytes(m_statement, column));
+        return {static_cast<const char *>(bytes),
+                std::size_t(sqlite3_column_bytes(m_statement, column))};
+    }
+    [[nodiscard]] QString text(int column) const
+    {
+        const std::string_view utf8 = bytes(column);
+        return QString::fromUtf8(utf8.data(), qsizetype(utf8.size()));
     }
     [[nodiscard]] std::optional<QUrl> url(int column) const
     {
@@ -163,10 +172,13 @@ private:
 SearchIndexStore::SearchIndexStore(const QString &file, Access access)
 {
     try {
-        open(file, access == Access::read ? SQLITE_OPEN_READONLY
-                                          : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
         if (access == Access::write) {
+            open(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
             prepareForWriting();
+        } else {
+            // A file whose writer was killed can be read only by who may set it right.
+            open(file, SQLITE_OPEN_READWRITE);
+            execute("PRAGMA query_only = ON");
         }
     } catch (...) {
         close();
@@ -187,10 +199,15 @@ void SearchIndexStore::open(const QString &file, int flags)
         fail(code);
     }
     sqlite3_busy_timeout(m_database, searchBusyMilliseconds);
+    if ((flags & SQLITE_OPEN_CREATE) == 0) {
+        sqlite3_db_config(m_database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    }
     Statement version(*this, "PRAGMA user_version");
-    if (version.step() && version.integer(0) > searchIndexVersion) {
+    const qint64 found = version.step() ? version.integer(0) : 0;
+    if (found > searchIndexVersion) {
         throw SearchIndexError(SQLITE_CANTOPEN, "it is of a later version");
     }
+    m_hasTables = found != 0;
 }
 
 void SearchIndexStore::close()
@@ -211,6 +228,7 @@ void SearchIndexStore::prepareForWriting()
         execute(searchIndexTables);
     }
     execute("COMMIT");
+    m_hasTables = true;
 }
 
 void SearchIndexStore::write(const std::vector<SearchableItem> &items)
@@ -258,13 +276,17 @@ void SearchIndexStore::writeItem(const SearchableItem &item)
 
 std::vector<SearchableItem> SearchIndexStore::matching(const QString &query, int limit) const
 {
+    if (!m_hasTables) {
+        return {};
+    }
     const std::string sql = std::string("SELECT ") + itemColumns +
-                            " FROM words JOIN items ON items.row = words.rowid "
-                            "WHERE words MATCH ?1 "
-                            "ORDER BY bm25(words, 10.0, 4.0, 1.0), items.row DESC LIMIT ?2";
+                            " FROM (SELECT rowid AS number, bm25(words, 10.0, 4.0, 1.0) AS rank "
+                            "FROM words WHERE words MATCH ?1 ORDER BY rowid DESC LIMIT ?3) "
+                            "JOIN items ON items.row = number ORDER BY rank, number DESC LIMIT ?2";
     Statement rows(*this, sql.c_str());
     rows.bind(1, query);
     rows.bind(2, qint64(limit));
+    rows.bind(3, mostRanked);
     std::vector<SearchableItem> found;
     while (rows.step()) {
         found.push_back(rows.item());
@@ -274,11 +296,25 @@ std::vector<SearchableItem> SearchIndexStore::matching(const QString &query, int
 
 std::optional<SearchableItem> SearchIndexStore::item(const QString &identifier) const
 {
+    if (!m_hasTables) {
+        return std::nullopt;
+    }
     const std::string sql =
         std::string("SELECT ") + itemColumns + " FROM items WHERE identifier = ?1";
     Statement row(*this, sql.c_str());
     row.bind(1, identifier);
     return row.step() ? std::optional(row.item()) : std::nullopt;
+}
+
+void SearchIndexStore::eachIdentifier(const std::function<void(std::string_view)> &take) const
+{
+    if (!m_hasTables) {
+        return;
+    }
+    Statement row(*this, "SELECT identifier FROM items ORDER BY identifier");
+    while (row.step()) {
+        take(row.bytes(0));
+    }
 }
 
 void SearchIndexStore::execute(const char *sql) const

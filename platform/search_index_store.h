@@ -44,6 +44,8 @@ public:
     [[nodiscard]] std::vector<SearchableItem> matching(const QString &query, int limit) const;
     /// @throws SearchIndexError
     [[nodiscard]] std::optional<SearchableItem> item(const QString &identifier) const;
+    /// In the order of their bytes. @throws SearchIndexError
+    void eachIdentifier(const std::function<void(std::string_view)> &take) const;
 
 private:
     class Statement;
@@ -55,6 +57,7 @@ private:
     [[noreturn]] void fail(int code) const;
 
     sqlite3 *m_database = nullptr; // owned
+    bool m_hasTables = false;      // not yet, where a writer was killed at its start
 };
 
 }

@@ -2,14 +2,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A program that uses the library and ends in the middle of it, for tst_killed_library:
 //
-//     killed_writer STORE MEDIA-FOLDER kill|full COUNT
+//     killed_writer STORE items MEDIA-FOLDER kill|full COUNT
+//     killed_writer STORE cookies SIZE kill|full COUNT
 //
-// It makes thumbnails and writes items, and tells of each once it is done. Just
-// before the COUNT-th call by which anything reaches the disk it kills itself, or finds the disk
-// full from then on. COUNT 0 never comes; the number of calls is then told at the end.
+// It makes thumbnails, writes items and hands them to the search index, or saves the cookies of two
+// hosts over and over, and tells of each once it is done. Just before the COUNT-th call by which
+// anything reaches the disk it kills itself, or finds the disk full from then on. COUNT 0 never
+// comes; the number of calls is then told at the end.
+#include "engine/service/yt_dlp_service.h"
+#include "library/cookie_import.h"
 #include "library/media_facts.h"
 #include "library/model_container.h"
 #include "library/model_context.h"
+#include "library/search_indexer.h"
+#include "tests/library/awaiting.h"
 
 #include <QCoreApplication>
 
@@ -135,7 +141,26 @@ void recordMedia(const std::shared_ptr<ModelContainer> &container, const QString
     context.insert(item);
     if (context.save()) {
         tell("saved " + item.id.toString(QUuid::WithoutBraces).toStdString());
+        indexForSearch(item);
+        SearchIndex::standard().finish(); // one call at a time
     } else {
+        tell("failed");
+    }
+}
+
+/// Each round's files have bytes of their own.
+void saveCookies(const std::shared_ptr<ModelContainer> &container, int size, int number)
+{
+    YtDlpService engine;
+    const QByteArray content(size, static_cast<char>('a' + number));
+    const std::vector<HostCookies> confirmed{
+        {QStringLiteral("example.com"), 1, content},
+        {QStringLiteral("www.example.com"), 1, content},
+    };
+    try {
+        test::await(CookieImport(engine, container).save(confirmed));
+        tell("saved " + std::to_string(number));
+    } catch (const CookieImportError &) {
         tell("failed");
     }
 }
@@ -146,16 +171,20 @@ int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    killsAtIt = arguments.value(3) == QLatin1String("kill");
-    fatalCall = arguments.value(4).toInt();
+    killsAtIt = arguments.value(4) == QLatin1String("kill");
+    fatalCall = arguments.value(5).toInt();
     counts = true;
     const std::shared_ptr<ModelContainer> container = makeContainer(arguments.value(1));
     if (!container) {
         tell("no container");
         return 1;
     }
-    for (int number = 0; number < 3; ++number) {
-        recordMedia(container, arguments.value(2), number);
+    for (int number = 0; number < 2; ++number) {
+        if (arguments.value(2) == QLatin1String("items")) {
+            recordMedia(container, arguments.value(3), number);
+        } else {
+            saveCookies(container, arguments.value(3).toInt(), number);
+        }
     }
     counts = false;
     tell("calls " + std::to_string(calls));

@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Whatever call the process is killed before, and whenever the disk becomes full: what was told to
-// be saved is there, the store is sound, and no file has its final name before it is whole.
+// be saved is there, and found, the store is sound, and no file has its final name before it is
+// whole.
 #include "library/database.h"
+#include "library/search_indexer.h"
 #include "tests/library/library_case.h"
 
 #include <QDir>
@@ -10,13 +12,18 @@
 #include <QProcess>
 #include <QSet>
 
+#include <sys/stat.h>
+
 using namespace veltro;
 using namespace veltro::test;
 
 namespace {
 
+constexpr int rounds = 2; // of the writer, the first of which begins its files
+constexpr int cookieFileSize = 100'000;
+
 struct Told {
-    QStringList saved; ///< ids
+    QStringList saved; ///< ids, or the numbers of rounds
     int failures = 0;
     int calls = 0;
     bool hasContainer = true;
@@ -49,14 +56,21 @@ private Q_SLOTS:
     void init();
     void nothingIsLostWhereverItIsKilled();
     void nothingIsLostWhenTheDiskBecomesFull();
+    void cookieFilesAreWholeWhereverItIsKilled();
+    void cookieFilesAreWholeWhenTheDiskBecomesFull();
 
 private:
-    Told run(const QString &how, int count);
+    Told run(const QStringList &what, const QString &how, int count);
+    Told runItems(const QString &how, int count);
+    Told runCookies(const QString &how, int count);
     void lookAround(const Told &told, int count);
+    void lookForEntries(const ModelContainer &container, Database &database);
+    void lookAtCookies(const Told &told, int count);
 
     std::unique_ptr<QTemporaryDir> m_media;
     std::unique_ptr<QTemporaryDir> m_folder;
     QString m_file;
+    int m_repaired = 0; // entries that only the next start has made known to the search
 };
 
 void TestKilledLibrary::initTestCase()
@@ -75,24 +89,38 @@ void TestKilledLibrary::initTestCase()
 void TestKilledLibrary::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
+    m_file = m_folder->filePath(QStringLiteral("library.sqlite"));
 }
 
-Told TestKilledLibrary::run(const QString &how, int count)
+Told TestKilledLibrary::run(const QStringList &what, const QString &how, int count)
 {
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_file = m_folder->filePath(QStringLiteral("library.sqlite"));
-    for (int number = 0; number < 3; ++number) {
-        QFile::copy(m_media->filePath(QStringLiteral("0.mp4")),
-                    m_folder->filePath(QStringLiteral("%1.mp4").arg(number)));
-    }
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("XDG_DATA_HOME"), m_folder->path());
     QProcess process;
+    process.setProcessEnvironment(environment);
     process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/killed_writer"),
-                  {m_file, m_folder->path(), how, QString::number(count)});
+                  QStringList(m_file) + what + QStringList{how, QString::number(count)});
     if (!process.waitForFinished(patience)) {
         process.kill();
         process.waitForFinished();
     }
     return parse(process.readAllStandardOutput());
+}
+
+Told TestKilledLibrary::runItems(const QString &how, int count)
+{
+    init();
+    for (int number = 0; number < rounds; ++number) {
+        QFile::copy(m_media->filePath(QStringLiteral("0.mp4")),
+                    m_folder->filePath(QStringLiteral("%1.mp4").arg(number)));
+    }
+    return run({QStringLiteral("items"), m_folder->path()}, how, count);
+}
+
+Told TestKilledLibrary::runCookies(const QString &how, int count)
+{
+    init();
+    return run({QStringLiteral("cookies"), QString::number(cookieFileSize)}, how, count);
 }
 
 /// What the next start finds.
@@ -112,6 +140,8 @@ void TestKilledLibrary::lookAround(const Told &told, int count)
         QVERIFY(statement.step());
         QVERIFY2(statement.integer(0) == 1, qPrintable(QString::number(count)));
     }
+    lookForEntries(*container, database);
+    QVERIFY2(lines.lines().isEmpty(), qPrintable(lines.lines().join(u'\n')));
     for (const QString &name : QDir(m_folder->path()).entryList({QStringLiteral("*.jpg")})) {
         QFile picture(m_folder->filePath(name));
         QVERIFY(picture.open(QIODevice::ReadOnly));
@@ -121,29 +151,109 @@ void TestKilledLibrary::lookAround(const Told &told, int count)
     }
 }
 
+/// Whatever the library has is found by the desktop from now on.
+void TestKilledLibrary::lookForEntries(const ModelContainer &container, Database &database)
+{
+    QDir(m_folder->path()).mkpath(QStringLiteral("veltro"));
+    SearchIndex index(m_folder->filePath(QStringLiteral("veltro/search.sqlite")));
+    QStringList ids;
+    Statement statement = database.prepare("SELECT id FROM DownloadItem");
+    while (statement.step()) {
+        const std::string_view id = statement.text(0);
+        ids << QString::fromLatin1(id.data(), static_cast<qsizetype>(id.size()));
+    }
+    const auto known = static_cast<int>(index.items(ids).size());
+    indexWhatIsMissing(container, index);
+    const std::vector<SearchableItem> found = index.search({QStringLiteral("veltro")}, 10);
+    QCOMPARE(static_cast<qsizetype>(index.items(ids).size()), ids.size());
+    QCOMPARE(static_cast<qsizetype>(found.size()), ids.size());
+    m_repaired += static_cast<int>(ids.size()) - known;
+}
+
+/// The rounds leave files of one letter each, and only rise.
+void TestKilledLibrary::lookAtCookies(const Told &told, int count)
+{
+    const auto container = makeContainer(m_file);
+    QVERIFY(container);
+    Database database(m_file);
+    QCOMPARE(database.text("PRAGMA integrity_check"), QStringLiteral("ok"));
+    const QDir folder(m_folder->filePath(QStringLiteral("veltro/cookies")));
+    for (const char *const host : {"example.com", "www.example.com"}) {
+        QFile file(folder.filePath(QLatin1String(host) + QStringLiteral(".cookies.txt")));
+        Statement record = database.prepare("SELECT fileURL FROM CookieJar WHERE host = ?1");
+        record.bind(1, std::string_view(host));
+        const bool isRecorded = record.step();
+        QVERIFY2(isRecorded || told.saved.isEmpty(), qPrintable(QString::number(count)));
+        if (!file.open(QIODevice::ReadOnly)) {
+            QVERIFY2(!isRecorded, qPrintable(QString::number(count)));
+            continue;
+        }
+        const QByteArray content = file.readAll();
+        QCOMPARE(content.size(), cookieFileSize);
+        QVERIFY2(content == QByteArray(cookieFileSize, content.front()),
+                 qPrintable(QString::number(count)));
+        QVERIFY(content.front() - 'a' >= told.saved.value(told.saved.size() - 1).toInt());
+    }
+    // What was begun is no wider open than what was finished.
+    for (const QFileInfo &file : folder.entryInfoList(QDir::Files | QDir::Hidden)) {
+        struct stat status = {};
+        QCOMPARE(stat(QFile::encodeName(file.filePath()).constData(), &status), 0);
+        QCOMPARE(status.st_mode & 0777, 0600U);
+    }
+}
+
+void TestKilledLibrary::cookieFilesAreWholeWhereverItIsKilled()
+{
+    const Told whole = runCookies(QStringLiteral("kill"), 0);
+    QCOMPARE(whole.saved.size(), rounds);
+    lookAtCookies(whole, 0);
+    QSet<qsizetype> savedCounts;
+    for (int count = 1; count <= whole.calls; ++count) {
+        const Told told = runCookies(QStringLiteral("kill"), count);
+        QCOMPARE(told.calls, 0);
+        savedCounts.insert(told.saved.size());
+        lookAtCookies(told, count);
+    }
+    QCOMPARE(savedCounts.size(), rounds);
+}
+
+void TestKilledLibrary::cookieFilesAreWholeWhenTheDiskBecomesFull()
+{
+    const int calls = runCookies(QStringLiteral("full"), 0).calls;
+    bool someFailed = false;
+    for (int count = 1; count <= calls; ++count) {
+        const Told told = runCookies(QStringLiteral("full"), count);
+        QCOMPARE(told.saved.size() + told.failures, told.hasContainer ? rounds : 0);
+        someFailed = someFailed || told.failures > 0;
+        lookAtCookies(told, count);
+    }
+    QVERIFY(someFailed);
+}
+
 void TestKilledLibrary::nothingIsLostWhereverItIsKilled()
 {
-    const Told whole = run(QStringLiteral("kill"), 0);
-    QCOMPARE(whole.saved.size(), 3);
+    const Told whole = runItems(QStringLiteral("kill"), 0);
+    QCOMPARE(whole.saved.size(), rounds);
     QVERIFY(whole.calls > 20);
     lookAround(whole, 0);
     QSet<qsizetype> savedCounts;
     for (int count = 1; count <= whole.calls; ++count) {
-        const Told told = run(QStringLiteral("kill"), count);
+        const Told told = runItems(QStringLiteral("kill"), count);
         QCOMPARE(told.calls, 0); // it did not come to its end
         savedCounts.insert(told.saved.size());
         lookAround(told, count);
     }
-    QCOMPARE(savedCounts.size(), 3); // killed before each of the items was saved
+    QCOMPARE(savedCounts.size(), rounds + 1); // killed around each of the saves
+    QVERIFY(m_repaired > 0);                  // and between an item and its entry in the index
 }
 
 void TestKilledLibrary::nothingIsLostWhenTheDiskBecomesFull()
 {
-    const int calls = run(QStringLiteral("full"), 0).calls;
+    const int calls = runItems(QStringLiteral("full"), 0).calls;
     bool someFailed = false;
     for (int count = 1; count <= calls; count += 2) {
-        const Told told = run(QStringLiteral("full"), count);
-        QCOMPARE(told.saved.size() + told.failures, told.hasContainer ? 3 : 0);
+        const Told told = runItems(QStringLiteral("full"), count);
+        QCOMPARE(told.saved.size() + told.failures, told.hasContainer ? rounds : 0);
         someFailed = someFailed || told.failures > 0;
         QVERIFY(QDir(m_folder->path()).entryList({QStringLiteral("*damaged*")}).isEmpty());
         lookAround(told, count);

@@ -2,11 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/download_item.h"
 #include "library/search_indexer.h"
+#include "tests/library/library_case.h"
 
-#include <QTemporaryDir>
-#include <QTest>
+#include <QFileInfo>
 
 using namespace veltro;
+using namespace veltro::test;
 
 class TestSearchIndexer : public QObject {
     Q_OBJECT
@@ -15,6 +16,7 @@ private Q_SLOTS:
     void anEntryIsDescribedByWhoMadeItOrWhereItIsFrom();
     void whatAnEntryLacksStaysAbsent();
     void anEntryIsFoundByItsWordsAndKnownByItsId();
+    void whatTheIndexLacksIsFoundFromTheNextStartOn();
 
 private:
     QTemporaryDir m_data;
@@ -61,6 +63,38 @@ void TestSearchIndexer::anEntryIsFoundByItsWordsAndKnownByItsId()
     QCOMPARE(found, std::vector{searchableItem(entry)});
     QCOMPARE(QUuid::fromString(found.front().uniqueIdentifier), entry.id);
     QCOMPARE(found.front().domainIdentifier, QStringLiteral("app.veltro.app.library"));
+}
+
+void TestSearchIndexer::whatTheIndexLacksIsFoundFromTheNextStartOn()
+{
+    const QTemporaryDir folder;
+    const auto library = makeContainer(folder.filePath(QStringLiteral("library.sqlite")));
+    const QString file = folder.filePath(QStringLiteral("search.sqlite"));
+    SearchIndex index(file);
+    constexpr int count = 1'000;
+    std::vector<DownloadItem> items;
+    for (int number = 0; number < count; ++number) {
+        items.push_back(itemAt(number, QStringLiteral("Clip %1").arg(number)));
+    }
+    QVERIFY(save(library, items));
+    index.indexItems({searchableItem(items[3]), searchableItem(items[700])});
+    index.finish();
+    QVERIFY(remove(library, {items[3].id})); // which is found on
+
+    std::stop_source ended;
+    ended.request_stop();
+    indexWhatIsMissing(*library, index, ended.get_token());
+    const QStringList any{QStringLiteral("clip")};
+    QCOMPARE(index.search(any, 2 * count).size(), std::size_t(2));
+    indexWhatIsMissing(*library, index);
+    QCOMPARE(index.search(any, 2 * count).size(), std::size_t(count));
+    const QString id = items[500].id.toString(QUuid::WithoutBraces);
+    QCOMPARE(index.items({id}), std::vector{searchableItem(items[500])});
+
+    const auto written = [&file] { return QFileInfo(file + QStringLiteral("-wal")).size(); };
+    const qint64 before = written();
+    indexWhatIsMissing(*library, index);
+    QCOMPARE(written(), before);
 }
 
 QTEST_GUILESS_MAIN(TestSearchIndexer)

@@ -44,6 +44,7 @@ private Q_SLOTS:
     void wordsAreFoundAsPeopleTypeThem_data();
     void wordsAreFoundAsPeopleTypeThem();
     void theBestMatchComesFirstThenTheNewest();
+    void ofMoreThanCanBeRankedTheNewestAreShown();
     void anItemTakesThePlaceOfItsEarlierSelf();
     void nothingThatIsTypedIsASyntaxError();
     void threadsMayIndexAtTheSameTime();
@@ -133,6 +134,20 @@ void TestSearchIndex::theBestMatchComesFirstThenTheNewest()
         identifiers(index.search(terms, 10)),
         (QStringList{QStringLiteral("newer"), QStringLiteral("older"), QStringLiteral("aside")}));
     QCOMPARE(index.search(terms, 2).size(), size_t(2));
+}
+
+/// To rank all that begins with a letter would take longer than a person types.
+void TestSearchIndex::ofMoreThanCanBeRankedTheNewestAreShown()
+{
+    SearchIndex index(file());
+    std::vector<SearchableItem> items;
+    for (int number = 0; number < 6'000; ++number) {
+        items.push_back(videoTitled(QStringLiteral("Clip"), QString::number(number)));
+    }
+    index.indexItems(std::move(items));
+    index.finish();
+    QCOMPARE(identifiers(index.search({QStringLiteral("v")}, 3)),
+             (QStringList{QStringLiteral("5999"), QStringLiteral("5998"), QStringLiteral("5997")}));
 }
 
 void TestSearchIndex::anItemTakesThePlaceOfItsEarlierSelf()

@@ -5,6 +5,7 @@
 #include "coordination/detach.h"
 #include "library/completion_notifier.h"
 #include "library/model_container.h"
+#include "library/search_indexer.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
@@ -92,6 +93,9 @@ QCoro::Task<void> Program::openLibrary(QPointer<Program> self)
     const QPointer<Program> program = std::move(self);
     std::shared_ptr<ModelContainer> container = co_await makeContainerInBackground();
     if (program) {
+        if (container) {
+            program->m_searchRepair = indexWhatIsMissingInBackground(container);
+        }
         program->m_recents.setContainer(container);
         program->m_library.setContainer(container);
         program->m_sites.setContainer(std::move(container));

@@ -17,6 +17,8 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 
+#include <thread>
+
 namespace veltro {
 
 /// What lives as long as the process: the services, the coordinator over them, and the window.
@@ -56,6 +58,7 @@ private:
     QQmlApplicationEngine m_qml; // ends first, since its objects use all of the above
     QPointer<QQuickWindow> m_window;
     bool m_hasBegun = false;
+    std::jthread m_searchRepair; // what a crash has kept from the desktop's search
 };
 
 }
