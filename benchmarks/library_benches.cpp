@@ -4,10 +4,12 @@
 //
 //     veltro-bench-library fill STORE COUNT
 //     veltro-bench-library open STORE ROWS           ends the moment the model has so many
+//     veltro-bench-library query STORE ROWS TIMES    the rows of the model's query, over and over
 //     veltro-bench-library search STORE TEXT         a keystroke for each letter
 //     veltro-bench-library insert STORE COUNT        by a container of another thread
 //
 // Main-thread times are of its own work, not of the clock.
+#include "library/database.h"
 #include "library/library_items_model.h"
 #include "library/model_container.h"
 #include "library/model_context.h"
@@ -83,6 +85,22 @@ void load(LibraryItemsModel &model, const std::shared_ptr<ModelContainer> &conta
     waitUntil([&model] { return model.isLoaded(); });
 }
 
+void query(const std::shared_ptr<ModelContainer> &container, std::size_t rows, int times)
+{
+    Database database = container->openForReading();
+    const SearchFolding folding = SearchFolding::ofUser();
+    QElapsedTimer timer;
+    timer.start();
+    for (int time = 0; time < times; ++time) {
+        Statement statement = LibraryQuery::newest(database, folding, 0);
+        LibraryRows made;
+        while (made.size() < rows && statement.step()) {
+            made.push_back(std::make_shared<const LibraryRow>(statement));
+        }
+    }
+    std::printf("{\"query\": %.9f}\n", double(timer.nsecsElapsed()) / 1e9 / times);
+}
+
 void search(const std::shared_ptr<ModelContainer> &container, const QString &text)
 {
     LibraryItemsModel model;
@@ -130,6 +148,8 @@ int run(const QStringList &arguments)
     }
     if (what == QLatin1String("fill")) {
         fill(container, arguments.value(3).toInt());
+    } else if (what == QLatin1String("query")) {
+        query(container, arguments.value(3).toULong(), arguments.value(4).toInt());
     } else if (what == QLatin1String("search")) {
         search(container, arguments.value(3));
     } else if (what == QLatin1String("insert")) {

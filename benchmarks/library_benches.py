@@ -15,6 +15,7 @@ ITEMS = 100_000
 ROWS = 50
 TYPED = "documentary "
 INSERTED = 40
+QUERIES = 400
 NEWEST = ("SELECT * FROM DownloadItem ORDER BY completedAt DESC, rowid DESC "
           f"LIMIT {ROWS}")
 
@@ -47,6 +48,15 @@ def library_open(place):
             lambda: seconds(program(place, "open", file, ROWS)),
             lambda: seconds(["sqlite3", str(file), NEWEST]), 21)
         yield verdict(ours, baseline, "the sqlite3 tool selecting the same rows", 2.0)
+        # The query alone, in an open process: prepared, stepped, and rows made of it.
+        script = file.with_name("queries.sql")
+        script.write_text(f"{NEWEST};\n" * QUERIES)
+        tool = ["sqlite3", str(file)]
+        ours, baseline = paired(
+            lambda: lines(program(place, "query", file, ROWS, QUERIES))[0]["query"] * QUERIES,
+            lambda: seconds([*tool, f".read {script}"]) - seconds([*tool, "SELECT 1"]), 11)
+        yield verdict(ours, baseline, f"{QUERIES} times the query alone, the tool's less its start",
+                      1.0)
 
 
 def library_search(place):
@@ -64,3 +74,16 @@ def library_insert(place):
         worked = [line["worked"] for line in lines(program(place, "insert", file, INSERTED))]
     yield (f"{statistics.median(worked) * 1000:.2f} ms of the main thread for an item, at most "
            f"{max(worked) * 1000:.2f} ms, to reach 5")
+
+
+def desktop_search(place):
+    command = str(place.bundle / "veltro-bench-search")
+    with tempfile.TemporaryDirectory() as folder:
+        file = str(pathlib.Path(folder, "search.sqlite"))
+        subprocess.run([command, "fill", file, str(ITEMS)], check=True)
+        keys = [line for _ in range(5) for word in ("veltro", "channel", "mountain")
+                for line in lines([command, "search", file, word])]
+    first = [key["answered"] for key in keys if key["letters"] == 1]
+    answered = [key["answered"] for key in keys]
+    yield (f"one letter in {statistics.median(first) * 1000:.1f} ms, any number in at most "
+           f"{max(answered) * 1000:.1f} ms, of {ITEMS} items; {len(keys)} keystrokes")

@@ -37,6 +37,7 @@ BENCHES = {
     "library-open": library_benches.library_open,
     "library-search": library_benches.library_search,
     "library-insert": library_benches.library_insert,
+    "desktop-search": library_benches.desktop_search,
 }
 
 

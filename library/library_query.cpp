@@ -59,6 +59,15 @@ LibraryQuery::LibraryQuery(std::shared_ptr<ModelContainer> container, std::size_
 
 LibraryQuery::~LibraryQuery() = default;
 
+Statement LibraryQuery::newest(Database &database, const SearchFolding &folding, std::size_t limit)
+{
+    Statement statement =
+        database.prepare(selection("ORDER BY i.completedAt DESC, i.rowid DESC LIMIT ?2"));
+    statement.bind(1, folding.name());
+    statement.bind(2, limit == 0 ? qint64{-1} : static_cast<qint64>(limit));
+    return statement;
+}
+
 void LibraryQuery::enqueue(void (LibraryQuery::*step)())
 {
     storeQueue().async([self = shared_from_this(), step] {
@@ -110,10 +119,7 @@ void LibraryQuery::open()
         });
     try {
         m_database = std::make_unique<Database>(m_container->openForReading());
-        m_loading = std::make_unique<Statement>(
-            m_database->prepare(selection("ORDER BY i.completedAt DESC, i.rowid DESC LIMIT ?2")));
-        m_loading->bind(1, m_folding.name());
-        m_loading->bind(2, m_limit == 0 ? qint64{-1} : static_cast<qint64>(m_limit));
+        m_loading = std::make_unique<Statement>(newest(*m_database, m_folding, m_limit));
     } catch (const StoreError &error) {
         giveUp(error.what());
     }
@@ -226,10 +232,7 @@ void LibraryQuery::placeAll(const QList<std::shared_ptr<const LibraryRow>> &rows
 
 void LibraryQuery::reload()
 {
-    Statement statement =
-        m_database->prepare(selection("ORDER BY i.completedAt DESC, i.rowid DESC LIMIT ?2"));
-    statement.bind(1, m_folding.name());
-    statement.bind(2, static_cast<qint64>(m_limit));
+    Statement statement = newest(*m_database, m_folding, m_limit);
     m_rows.clear();
     while (statement.step()) {
         m_rows.push_back(readRow(statement));

@@ -40,6 +40,11 @@ public:
     LibraryQuery(std::shared_ptr<ModelContainer> container, std::size_t limit, Deliver deliver);
     ~LibraryQuery();
 
+    /// The items in the order of the query, with their keys of that folding, for LibraryRow; of the
+    /// newest so many, or of all for 0. @throws StoreError
+    [[nodiscard]] static Statement newest(Database &database, const SearchFolding &folding,
+                                          std::size_t limit);
+
     void start();
     /// Reads the next rows. Called once an update that has more has been shown, so that the first
     /// rows are on the screen before the rest competes for the processor.
