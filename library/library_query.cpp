@@ -4,6 +4,7 @@
 
 #include "library/database.h"
 #include "library/model_container.h"
+#include "library/store_schema.h"
 #include "platform/log.h"
 #include "platform/serial_queue.h"
 
@@ -26,8 +27,7 @@ constexpr std::size_t mostStoreChanges = 256;
 
 std::string selection(std::string_view rest)
 {
-    return "SELECT " + std::string(LibraryRow::columns) +
-           " FROM DownloadItem i LEFT JOIN SearchKey k ON k.item = i.id AND k.folding = ?1 " +
+    return "SELECT " + std::string(LibraryRow::columns) + " FROM DownloadItem i " + searchKeyJoin +
            std::string(rest);
 }
 
@@ -286,9 +286,7 @@ void LibraryQuery::renewKeys()
 
 void LibraryQuery::writeKeys(Database &database, const LibraryRows &rows) const
 {
-    // Not for an item that has been removed since.
-    Statement statement = database.prepare("INSERT OR REPLACE INTO SearchKey (item, folding, key) "
-                                           "SELECT id, ?2, ?3 FROM DownloadItem WHERE id = ?1");
+    Statement statement = database.prepare(saveSearchKey);
     for (const auto &row : rows) {
         const std::string_view key = row->key();
         statement.bind(1, row->id());

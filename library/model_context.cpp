@@ -6,6 +6,7 @@
 #include "library/model_container.h"
 #include "library/search_key.h"
 #include "library/store_changes.h"
+#include "library/store_schema.h"
 #include "platform/log.h"
 #include "platform/serial_queue.h"
 
@@ -23,8 +24,6 @@ ON CONFLICT (id) DO UPDATE SET sourceURL = ?2, title = ?3, uploader = ?4, durati
     thumbnailFileURL = ?6, localFileURL = ?7, formatLabel = ?8, fileSizeBytes = ?9, stateRaw = ?10,
     failureReason = ?11, createdAt = ?12, completedAt = ?13, cookieHost = ?14
 )";
-constexpr auto saveKey =
-    "INSERT OR REPLACE INTO SearchKey (item, folding, key) VALUES (?1, ?2, ?3)";
 constexpr auto saveJar = R"(
 INSERT INTO CookieJar (host, fileURL, updatedAt) VALUES (?1, ?2, ?3)
 ON CONFLICT (host) DO UPDATE SET fileURL = ?2, updatedAt = ?3
@@ -37,7 +36,7 @@ class ModelContext::Writer {
 public:
     explicit Writer(Database &database)
         : m_saveItem(database.prepare(saveItem))
-        , m_saveKey(database.prepare(saveKey))
+        , m_saveKey(database.prepare(saveSearchKey))
         , m_removeItem(database.prepare("DELETE FROM DownloadItem WHERE id = ?1"))
         , m_saveJar(database.prepare(saveJar))
         , m_removeJar(database.prepare("DELETE FROM CookieJar WHERE host = ?1"))

@@ -56,8 +56,8 @@ std::vector<SearchableItem> readItems(Database &library, const std::string *firs
                                       const std::string *last)
 {
     Statement entry = library.prepare("SELECT " + std::string(LibraryRow::columns) +
-                                      " FROM DownloadItem i LEFT JOIN SearchKey k "
-                                      "ON k.item = i.id WHERE i.id = ?1");
+                                      " FROM DownloadItem i LEFT JOIN RowSearchKey k "
+                                      "ON k.number = i.rowid WHERE i.id = ?1");
     std::vector<SearchableItem> items;
     for (; first != last; ++first) {
         entry.bind(1, std::string_view(*first));

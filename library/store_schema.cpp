@@ -10,8 +10,7 @@ namespace {
 constexpr qint64 storeVersion = 1;
 constexpr qint64 synchronousFull = 2;
 
-// Moments are milliseconds since 1970. The search keys are derived from the items, in the case
-// folding of one kind of locale, and can be made again at any time.
+// Moments are milliseconds since 1970.
 constexpr auto tables = R"(
 CREATE TABLE DownloadItem (
     id TEXT NOT NULL UNIQUE,
@@ -35,16 +34,31 @@ CREATE TABLE CookieJar (
     fileURL TEXT NOT NULL,
     updatedAt INTEGER NOT NULL
 );
-CREATE TABLE SearchKey (
-    item TEXT PRIMARY KEY,
-    folding TEXT NOT NULL,
-    key BLOB NOT NULL
-) WITHOUT ROWID;
-CREATE TRIGGER DownloadItem_removed AFTER DELETE ON DownloadItem BEGIN
-    DELETE FROM SearchKey WHERE item = OLD.id;
-END;
 PRAGMA user_version = 1;
 )";
+
+// The search keys are derived from the items, in the folding of one kind of locale, and can be made
+// again at any time: their table is no part of the version. It is in the order of the items' rows,
+// so that both are read side by side; should somebody else have numbered the rows anew, the ids
+// tell.
+constexpr auto keyTable = R"(
+DROP TRIGGER IF EXISTS DownloadItem_removed;
+DROP TABLE IF EXISTS SearchKey;
+CREATE TABLE RowSearchKey (
+    number INTEGER PRIMARY KEY,
+    item TEXT NOT NULL,
+    folding TEXT NOT NULL,
+    key BLOB NOT NULL
+);
+CREATE TRIGGER DownloadItem_removed AFTER DELETE ON DownloadItem BEGIN
+    DELETE FROM RowSearchKey WHERE number = OLD.rowid;
+END;
+)";
+
+bool hasKeyTable(Database &database)
+{
+    return database.number("SELECT count(*) FROM sqlite_master WHERE name = 'RowSearchKey'") == 1;
+}
 
 /// Whether the file has this version's tables; false for an empty one.
 bool hasTables(Database &database)
@@ -83,12 +97,15 @@ void prepareStore(Database &database)
     // What is not ours is looked at, and left as it is.
     const bool isMade = hasTables(database);
     makeDurable(database);
-    if (isMade) {
+    if (isMade && hasKeyTable(database)) {
         return;
     }
     Transaction transaction(database);
     if (!hasTables(database)) { // another connection may have been first
         database.execute(tables);
+    }
+    if (!hasKeyTable(database)) {
+        database.execute(keyTable);
     }
     transaction.commit();
 }

@@ -133,7 +133,7 @@ void TestKilledLibrary::lookAround(const Told &told, int count)
     Database database(m_file);
     QCOMPARE(database.text("PRAGMA integrity_check"), QStringLiteral("ok"));
     QCOMPARE(database.number("SELECT count(*) FROM DownloadItem"),
-             database.number("SELECT count(*) FROM SearchKey"));
+             database.number("SELECT count(*) FROM RowSearchKey"));
     for (const QString &id : told.saved) {
         Statement statement = database.prepare("SELECT count(*) FROM DownloadItem WHERE id = ?1");
         statement.bind(1, id);

@@ -89,6 +89,8 @@ private Q_SLOTS:
     void anItemIsFoundByTitleOrUploader_data();
     void anItemIsFoundByTitleOrUploader();
     void keysOfAnotherLanguageAreMadeAgain();
+    void keysThatDoNotFitAreMadeAgain_data();
+    void keysThatDoNotFitAreMadeAgain();
     void anItemThatComesDuringASearchShowsOnlyWhenItFits();
     void theLastOfManySearchesIsAnswered();
     void aListThatGoesAwayWhileItFillsDoesNoHarm();
@@ -312,8 +314,44 @@ void TestLibraryItemsModel::keysOfAnotherLanguageAreMadeAgain()
     QCOMPARE(loadedModel(search)->count(), 1);
     Database database(m_file);
     QTRY_COMPARE_WITH_TIMEOUT(
-        database.number("SELECT count(*) FROM SearchKey WHERE folding = 'plain-tr'"), 2, patience);
+        database.number("SELECT count(*) FROM RowSearchKey WHERE folding = 'plain-tr'"), 2,
+        patience);
     QCOMPARE(loadedModel(search)->count(), 1);
+}
+
+void TestLibraryItemsModel::keysThatDoNotFitAreMadeAgain_data()
+{
+    QTest::addColumn<QByteArray>("change");
+    QTest::newRow("a store from before there were such keys")
+        << QByteArray("DROP TRIGGER DownloadItem_removed; DROP TABLE RowSearchKey;"
+                      "CREATE TABLE SearchKey (item TEXT PRIMARY KEY, folding TEXT, key BLOB);"
+                      "CREATE TRIGGER DownloadItem_removed AFTER DELETE ON DownloadItem BEGIN "
+                      "DELETE FROM SearchKey WHERE item = OLD.id; END");
+    QTest::newRow("rows that another program has numbered anew")
+        << QByteArray("UPDATE DownloadItem SET rowid = -rowid;"
+                      "UPDATE DownloadItem SET rowid = 4 + rowid");
+}
+
+void TestLibraryItemsModel::keysThatDoNotFitAreMadeAgain()
+{
+    QFETCH(QByteArray, change);
+    const std::vector<DownloadItem> items = numbered(3);
+    QVERIFY(save(m_container, items));
+    Database database(m_file);
+    database.execute(change.constData());
+    m_container = makeContainer(m_file);
+    QVERIFY(m_container);
+    QCOMPARE(titlesOf(*loadedModel(QStringLiteral("clip 2"))), QStringList(items[2].title));
+    const auto fitting = [&database] {
+        return database.number("SELECT count(*) FROM RowSearchKey k JOIN DownloadItem i "
+                               "ON i.rowid = k.number AND i.id = k.item");
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(fitting(), 3, patience);
+    QVERIFY(remove(m_container, {items[1].id}));
+    QCOMPARE(fitting(), 2);
+    QCOMPARE(database.number("SELECT count(*) FROM RowSearchKey"), 2);
+    QVERIFY(save(m_container, {itemAt(9, QStringLiteral("new"))}));
+    QCOMPARE(loadedModel(QStringLiteral("new"))->count(), 1);
 }
 
 void TestLibraryItemsModel::anItemThatComesDuringASearchShowsOnlyWhenItFits()
