@@ -10,11 +10,14 @@
 #include <QCoro/QCoroFuture>
 #include <QPromise>
 
+#include <utility>
+
 namespace veltro {
 
-Database ModelContainer::openForReading() const
+Database ModelContainer::openForReading()
 {
-    return Database(file());
+    const std::unique_ptr<Database> first = m_store.takeFirst();
+    return first ? std::move(*first) : Database(file());
 }
 
 void ModelContainer::write(const std::function<StoreChange(Database &)> &work)

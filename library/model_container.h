@@ -25,7 +25,7 @@ public:
     [[nodiscard]] const QString &file() const { return m_store.path(); }
 
     /// A connection of the caller's own, to read with. @throws StoreError
-    [[nodiscard]] Database openForReading() const;
+    [[nodiscard]] Database openForReading();
 
     /// Does the work as one transaction, then tells everyone what it says has changed. Blocks; one
     /// caller at a time. @throws StoreError, and nothing has changed then
@@ -33,7 +33,7 @@ public:
 
 private:
     std::mutex m_lock; // for the whole of a write
-    StoreFile m_store; // its connection is guarded by m_lock
+    StoreFile m_store; // the connection that writes is guarded by m_lock
 };
 
 /// Opens the store, or begins one; nothing when that fails, which the log says. Blocks.

@@ -94,8 +94,7 @@ void indexForSearch(const DownloadItem &item)
     SearchIndex::standard().indexItems({searchableItem(item)});
 }
 
-void indexWhatIsMissing(const ModelContainer &library, SearchIndex &index,
-                        const std::stop_token &stop)
+void indexWhatIsMissing(ModelContainer &library, SearchIndex &index, const std::stop_token &stop)
 {
     try {
         Database database = library.openForReading();
@@ -111,7 +110,7 @@ void indexWhatIsMissing(const ModelContainer &library, SearchIndex &index,
     }
 }
 
-std::jthread indexWhatIsMissingInBackground(std::shared_ptr<const ModelContainer> library)
+std::jthread indexWhatIsMissingInBackground(std::shared_ptr<ModelContainer> library)
 {
     return std::jthread([library = std::move(library)](const std::stop_token &stop) {
         constexpr int lowest = 19;

@@ -22,12 +22,11 @@ void indexForSearch(const DownloadItem &item);
 /// Hands on what the library has and the desktop's search lacks: entries whose process ended
 /// between the two, or all where the index was lost. Only looks where nothing is missing. Blocks;
 /// stops early when that is asked for, and goes on the next time.
-void indexWhatIsMissing(const ModelContainer &library, SearchIndex &index,
+void indexWhatIsMissing(ModelContainer &library, SearchIndex &index,
                         const std::stop_token &stop = {});
 
 /// The same for the user's index, on a thread of its own that gives way to all others.
 /// @returns the thread, which stops early at its end
-[[nodiscard]] std::jthread
-indexWhatIsMissingInBackground(std::shared_ptr<const ModelContainer> library);
+[[nodiscard]] std::jthread indexWhatIsMissingInBackground(std::shared_ptr<ModelContainer> library);
 
 }

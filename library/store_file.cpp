@@ -17,6 +17,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
+#include <utility>
 
 namespace veltro {
 namespace {
@@ -87,7 +88,7 @@ StoreFile::StoreFile(const QString &file) : m_path(file)
         openOrBeginAgain();
         flock(m_lock, LOCK_SH);
     } catch (...) {
-        m_database.reset();
+        m_first.reset();
         ::close(m_lock);
         throw;
     }
@@ -95,8 +96,24 @@ StoreFile::StoreFile(const QString &file) : m_path(file)
 
 StoreFile::~StoreFile()
 {
+    m_first.reset();
     m_database.reset();
     ::close(m_lock);
+}
+
+Database &StoreFile::database()
+{
+    if (!m_database) {
+        std::unique_ptr<Database> first = takeFirst();
+        m_database = first ? std::move(first) : open();
+    }
+    return *m_database;
+}
+
+std::unique_ptr<Database> StoreFile::takeFirst()
+{
+    const std::lock_guard guard(m_lockOfFirst);
+    return std::exchange(m_first, nullptr);
 }
 
 void StoreFile::lock()
@@ -118,38 +135,37 @@ bool StoreFile::lockAlone() const
 void StoreFile::openOrBeginAgain()
 {
     try {
-        open();
+        m_first = open();
         return;
     } catch (const StoreError &error) {
-        m_database.reset();
         if (error.kind() != StoreError::Kind::damaged || !lockAlone()) {
             throw;
         }
     }
     // Nobody else is here now; but someone may have been since, and set it right.
     try {
-        open();
+        m_first = open();
         return;
     } catch (const StoreError &error) {
-        m_database.reset();
         if (error.kind() != StoreError::Kind::damaged) {
             throw;
         }
     }
     moveAside(m_path);
-    open();
+    m_first = open();
 }
 
-void StoreFile::open()
+std::unique_ptr<Database> StoreFile::open() const
 {
     if (isLogAlone(m_path)) {
         throw StoreError(StoreError::Kind::damaged, "a log without its file");
     }
-    m_database = std::make_unique<Database>(m_path);
+    auto database = std::make_unique<Database>(m_path);
     // The log of a file that turns out damaged is kept as it is.
-    m_database->setTidiesUpOnClose(false);
-    prepareStore(*m_database);
-    m_database->setTidiesUpOnClose(true);
+    database->setTidiesUpOnClose(false);
+    prepareStore(*database);
+    database->setTidiesUpOnClose(true);
+    return database;
 }
 
 }

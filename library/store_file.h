@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <memory>
+#include <mutex>
 
 namespace veltro {
 
@@ -24,18 +25,24 @@ public:
     StoreFile &operator=(const StoreFile &) = delete;
 
     [[nodiscard]] const QString &path() const { return m_path; }
-    /// The connection that writes. Guarded by its user.
-    [[nodiscard]] Database &database() { return *m_database; }
+    /// The connection that writes, opened when it is first needed. Guarded by its user.
+    /// @throws StoreError
+    [[nodiscard]] Database &database();
+    /// The connection that the store was opened with, for the first who needs one; null for all
+    /// others. Any thread.
+    [[nodiscard]] std::unique_ptr<Database> takeFirst();
 
 private:
     void lock();
     [[nodiscard]] bool lockAlone() const;
     void openOrBeginAgain();
-    void open();
+    [[nodiscard]] std::unique_ptr<Database> open() const;
 
     const QString m_path;
     int m_lock = -1; // of the lock file: shared by all who use the store
     std::unique_ptr<Database> m_database;
+    std::mutex m_lockOfFirst;
+    std::unique_ptr<Database> m_first; // guarded by m_lockOfFirst
 };
 
 }

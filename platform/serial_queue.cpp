@@ -8,12 +8,7 @@
 namespace veltro {
 
 SerialQueue::SerialQueue(std::string label) : m_label(std::move(label)), m_thread([this] { run(); })
-{
-    // The kernel keeps 15 bytes of a thread's name; the tail of a label tells most.
-    constexpr std::size_t longest = 15;
-    const std::size_t skipped = m_label.size() > longest ? m_label.size() - longest : 0;
-    pthread_setname_np(m_thread.native_handle(), m_label.c_str() + skipped);
-}
+{}
 
 SerialQueue::~SerialQueue()
 {
@@ -41,6 +36,10 @@ void SerialQueue::async(std::function<void()> work)
 
 void SerialQueue::run()
 {
+    // The kernel keeps 15 bytes of a thread's name; the tail of a label tells most.
+    constexpr std::size_t longest = 15;
+    const std::size_t skipped = m_label.size() > longest ? m_label.size() - longest : 0;
+    pthread_setname_np(pthread_self(), m_label.c_str() + skipped);
     for (;;) {
         std::unique_lock guard(m_lock);
         m_wake.wait(guard, [this] { return m_ending || !m_work.empty(); });

@@ -64,7 +64,7 @@ private:
     Told runItems(const QString &how, int count);
     Told runCookies(const QString &how, int count);
     void lookAround(const Told &told, int count);
-    void lookForEntries(const ModelContainer &container, Database &database);
+    void lookForEntries(ModelContainer &container, Database &database);
     void lookAtCookies(const Told &told, int count);
 
     std::unique_ptr<QTemporaryDir> m_media;
@@ -152,7 +152,7 @@ void TestKilledLibrary::lookAround(const Told &told, int count)
 }
 
 /// Whatever the library has is found by the desktop from now on.
-void TestKilledLibrary::lookForEntries(const ModelContainer &container, Database &database)
+void TestKilledLibrary::lookForEntries(ModelContainer &container, Database &database)
 {
     QDir(m_folder->path()).mkpath(QStringLiteral("veltro"));
     SearchIndex index(m_folder->filePath(QStringLiteral("veltro/search.sqlite")));
