@@ -3,7 +3,8 @@
 // What the library costs. Prints one JSON object for each measurement:
 //
 //     veltro-bench-library fill STORE COUNT
-//     veltro-bench-library open STORE ROWS           ends the moment the model has so many
+//     veltro-bench-library open STORE ROWS           ends the moment the model has so many, after
+//                                                    telling what it worked for until when
 //     veltro-bench-library query STORE ROWS TIMES    the rows of the model's query, over and over
 //     veltro-bench-library search STORE TEXT         a keystroke for each letter
 //     veltro-bench-library insert STORE COUNT        by a container of another thread
@@ -32,6 +33,14 @@ double workedSeconds()
 {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
+}
+
+/// Seconds that all threads have worked since the process began.
+double workedInAll()
+{
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
     return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
 }
 
@@ -139,7 +148,24 @@ void insert(const std::shared_ptr<ModelContainer> &container, int count)
     }
 }
 
-int run(const QStringList &arguments)
+struct Start {
+    double loaded = 0;
+    double toolkit = 0;
+};
+
+void open(const std::shared_ptr<ModelContainer> &container, int rows, const Start &start)
+{
+    const double store = workedInAll();
+    LibraryItemsModel model;
+    model.setContainer(container);
+    waitUntil([&] { return model.count() >= rows; });
+    std::printf("{\"loaded\": %.6f, \"toolkit\": %.6f, \"store\": %.6f, \"rows\": %.6f}\n",
+                start.loaded, start.toolkit, store, workedInAll());
+    std::fflush(stdout);
+    std::_Exit(0); // what a process takes to end is not the question
+}
+
+int run(const QStringList &arguments, const Start &start)
 {
     const QString what = arguments.value(1);
     const std::shared_ptr<ModelContainer> container = makeContainer(arguments.value(2));
@@ -155,10 +181,7 @@ int run(const QStringList &arguments)
     } else if (what == QLatin1String("insert")) {
         insert(container, arguments.value(3).toInt());
     } else {
-        LibraryItemsModel model;
-        model.setContainer(container);
-        waitUntil([&] { return model.count() >= arguments.value(3).toInt(); });
-        std::_Exit(0); // what a process takes to end is not the question
+        open(container, arguments.value(3).toInt(), start);
     }
     return 0;
 }
@@ -168,6 +191,7 @@ int run(const QStringList &arguments)
 
 int main(int argc, char *argv[])
 {
+    const double loaded = veltro::workedInAll();
     const QCoreApplication application(argc, argv);
-    return veltro::run(QCoreApplication::arguments());
+    return veltro::run(QCoreApplication::arguments(), {loaded, veltro::workedInAll()});
 }

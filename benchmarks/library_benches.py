@@ -42,12 +42,24 @@ def percentile(values, share):
     return sorted(values)[min(len(values) - 1, int(len(values) * share))]
 
 
+def differences(sums):
+    """Of the sums of a series, by name, what each adds."""
+    before = [0, *sums.values()]
+    return {name: value - earlier for (name, value), earlier in zip(sums.items(), before)}
+
+
 def library_open(place):
     with store(place) as file:
         ours, baseline = paired(
             lambda: seconds(program(place, "open", file, ROWS)),
             lambda: seconds(["sqlite3", str(file), NEWEST]), 21)
         yield verdict(ours, baseline, "the sqlite3 tool selecting the same rows", 2.0)
+        # What a process that only loads the libraries works is not the library's.
+        starts = [lines(program(place, "open", file, ROWS))[0] for _ in range(21)]
+        shares = {name: statistics.median(start[name] for start in starts) * 1000
+                  for name in ("loaded", "toolkit", "store", "rows")}
+        yield ("milliseconds of the processor: libraries {loaded:.2f}, toolkit {toolkit:.2f}, "
+               "store {store:.2f}, rows {rows:.2f}".format(**differences(shares)))
         # The query alone, in an open process: prepared, stepped, and rows made of it.
         script = file.with_name("queries.sql")
         script.write_text(f"{NEWEST};\n" * QUERIES)
