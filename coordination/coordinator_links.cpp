@@ -9,11 +9,14 @@
 #include "library/download_storage.h"
 #include "platform/pasteboard.h"
 
+#include <QCoro/QCoroFuture>
 #include <QCoro/QCoroTimer>
+#include <QPromise>
 #include <QTimer>
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
 #include <utility>
 
 namespace veltro {
@@ -110,9 +113,21 @@ QCoro::Task<void> MacAppStore::submitLink(QUrl url)
 
 QCoro::Task<void> MacAppStore::pasteAndSave()
 {
-    const std::optional<QString> text = m_services.pasteboard.text();
-    if (const std::optional<QUrl> link = text ? pageLink(*text) : std::nullopt) {
-        co_await submitLink(*link);
+    const Self self(this);
+    const auto link = std::make_shared<std::optional<QUrl>>();
+    auto answered = std::make_shared<QPromise<void>>();
+    answered->start();
+    const QFuture<void> answer = answered->future();
+    // The promise goes with the function that it is given to, answered or not.
+    m_services.pasteboard.read(
+        Pasteboard::Use::link, this,
+        [link, answered = std::move(answered)](const std::optional<QString> &text) {
+            *link = pageLink(text.value_or(QString()));
+            answered->finish();
+        });
+    co_await answer;
+    if (self && *link) {
+        co_await self->submitLink(**link);
     }
 }
 

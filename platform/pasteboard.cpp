@@ -2,20 +2,80 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/pasteboard.h"
 
+#include "platform/serial_queue.h"
+#include "platform/x11_clipboard.h"
+
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QPointer>
+
+#include <utility>
 
 namespace veltro {
 namespace {
 
 constexpr qsizetype longestPastedText = 8'000'000;
+// A program that needs longer is stuck.
+constexpr std::chrono::seconds longestReading(2);
 
+qsizetype longestOf(Pasteboard::Use use)
+{
+    switch (use) {
+    case Pasteboard::Use::link:
+        return 64 * 1024;
+    case Pasteboard::Use::links:
+        return 1'000'000;
+    }
+    Q_UNREACHABLE();
+}
+
+}
+
+void Pasteboard::read(Use use, QObject *, Reply reply)
+{
+    std::optional<QString> held = text();
+    if (held && held->size() > longestOf(use)) {
+        held.reset();
+    }
+    reply(held);
 }
 
 DesktopPasteboard::DesktopPasteboard(QObject *parent) : Pasteboard(parent)
 {
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &Pasteboard::changed);
+}
+
+DesktopPasteboard::~DesktopPasteboard() = default;
+
+void DesktopPasteboard::read(Use use, QObject *context, Reply reply)
+{
+    // What we hold ourselves is at hand, and Wayland gives it to nobody but the window system's own
+    // connection.
+    const bool isX11 = QGuiApplication::platformName() == QLatin1String("xcb");
+    if (!isX11 || QGuiApplication::clipboard()->ownsClipboard()) {
+        Pasteboard::read(use, context, std::move(reply));
+        return;
+    }
+    if (!m_reading) {
+        m_reading = std::make_unique<SerialQueue>("com.veltro.clipboard");
+    }
+    m_reading->async(
+        [longest = longestOf(use), context = QPointer(context), reply = std::move(reply)] {
+            // UTF-8 has at most three bytes for each of a text's units.
+            std::optional<QString> held = readX11Clipboard(3 * longest, longestReading);
+            if (held && (held->isEmpty() || held->size() > longest)) {
+                held.reset();
+            }
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(),
+                [context, reply, held] {
+                    if (context) {
+                        reply(held);
+                    }
+                },
+                Qt::QueuedConnection);
+        });
 }
 
 std::optional<QString> DesktopPasteboard::text() const

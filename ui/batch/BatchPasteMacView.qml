@@ -54,12 +54,14 @@ Sheet {
             onClicked: root.close()
         }
         BatchEditor {
+            id: editor
             x: 24
             y: 88
             width: parent.width - 48
             height: parent.height - y - footer.height - 44
             text: links.text
             onEdited: text => links.text = text
+            onPasteRequested: Desktop.readPasteboard(text => editor.insert(text))
         }
         BatchFooter {
             id: footer
@@ -68,11 +70,7 @@ Sheet {
             width: parent.width - 48
             count: links.count
             countText: links.countText
-            onPasteRequested: {
-                const text = Desktop.pasteboardText();
-                if (text !== "")
-                    links.text = text;
-            }
+            onPasteRequested: Desktop.readPasteboard(text => links.text = text)
             onQueueRequested: {
                 root.store.submitBatch(links.text);
                 root.close();

@@ -133,11 +133,12 @@ QCoro::Task<void> HomeModel::save(QPointer<HomeModel> self, QUrl page, QString f
 
 void HomeModel::pasteAndSave()
 {
-    const std::optional<QString> text = m_pasteboard.text();
-    if (text && !m_working) {
-        setUrlText(text->trimmed());
-        submit();
-    }
+    m_pasteboard.read(Pasteboard::Use::link, this, [this](const std::optional<QString> &text) {
+        if (text && !m_working) {
+            setUrlText(text->trimmed());
+            submit();
+        }
+    });
 }
 
 void HomeModel::useCopiedLink()

@@ -39,11 +39,13 @@ void MacPasteWatcher::completeCheck()
 
 void MacPasteWatcher::look()
 {
-    std::optional<QUrl> link = pageLink(m_pasteboard.text().value_or(QString()));
-    if (link && m_dismissed.contains(link->toString(QUrl::FullyEncoded))) {
-        link.reset();
-    }
-    setCandidate(link);
+    m_pasteboard.read(Pasteboard::Use::link, this, [this](const std::optional<QString> &text) {
+        std::optional<QUrl> link = pageLink(text.value_or(QString()));
+        if (link && m_dismissed.contains(link->toString(QUrl::FullyEncoded))) {
+            link.reset();
+        }
+        setCandidate(link);
+    });
 }
 
 void MacPasteWatcher::dismiss()

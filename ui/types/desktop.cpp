@@ -5,8 +5,6 @@
 #include "platform/pasteboard.h"
 #include "platform/workspace.h"
 
-#include <QJSEngine>
-
 namespace veltro {
 namespace {
 
@@ -54,9 +52,13 @@ void Desktop::copy(const QString &text)
     m_pasteboard.setText(text);
 }
 
-QString Desktop::pasteboardText() const
+void Desktop::readPasteboard(const QJSValue &then)
 {
-    return m_pasteboard.text().value_or(QString());
+    m_pasteboard.read(Pasteboard::Use::links, this, [then](const std::optional<QString> &text) {
+        if (text) {
+            then.call({QJSValue(*text)});
+        }
+    });
 }
 
 }

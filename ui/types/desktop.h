@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
+#include <QJSEngine>
+#include <QJSValue>
 #include <QObject>
 #include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
-class QJSEngine;
 class QQmlEngine;
 
 namespace veltro {
@@ -27,8 +28,9 @@ public:
     Q_INVOKABLE void reveal(const QUrl &file);
     Q_INVOKABLE bool openWebPage(const QUrl &page);
     Q_INVOKABLE void copy(const QString &text);
-    /// Empty where the pasteboard holds no text.
-    Q_INVOKABLE [[nodiscard]] QString pasteboardText() const;
+    /// Calls the function with the links, or whatever text, that the pasteboard holds; not at all
+    /// where it holds none.
+    Q_INVOKABLE void readPasteboard(const QJSValue &then);
 
     /// For the QML engine, which asks for the object that setDesktop() was given.
     static Desktop *create(QQmlEngine *engine, QJSEngine *scripts);
