@@ -16,6 +16,9 @@ struct BundleInformation {
     QByteArray updateKey; ///< Ed25519, 32 bytes; empty where there is none
     bool checksForUpdates = true;
     qint64 updateIntervalSeconds = 86'400;
+    QUrl supportPage; ///< the product's pages; empty where there is none
+    QUrl privacyPage;
+    QUrl noticesPage;
     QString managedBy; ///< what put the bundle there and keeps it up to date; empty for the user
 
     static BundleInformation of(const std::filesystem::path &bundleRoot);

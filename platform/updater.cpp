@@ -53,7 +53,7 @@ UpdateManager::UpdateManager(std::filesystem::path bundleRoot, DefaultsStore def
     m_nextCheck.setSingleShot(true);
     connect(&m_nextCheck, &QTimer::timeout, this, &UpdateManager::checkByItself);
     if (auto *const application = QCoreApplication::instance()) {
-        connect(application, &QCoreApplication::aboutToQuit, this, &UpdateManager::finish);
+        connect(application, &QCoreApplication::aboutToQuit, this, &UpdateManager::end);
     }
 }
 
@@ -287,18 +287,24 @@ void UpdateManager::finish()
 
 void UpdateManager::relaunch()
 {
+    m_isRelaunching = true;
+    QCoreApplication::quit();
+}
+
+void UpdateManager::end()
+{
     finish();
-    if (m_state == State::failed) {
+    if (!std::exchange(m_isRelaunching, false)) {
         return;
     }
-    // The new start finds the old one gone, or takes over from it when it goes.
+    // The new start finds the old one gone, or takes over from it when it goes. What could not be
+    // put in place leaves the old one whole, which then is what starts.
     connect(QCoreApplication::instance(), &QObject::destroyed, [root = m_root] {
         QProcess process;
         process.setProgram(QString::fromStdString((root / "veltro").string()));
         process.setProcessEnvironment(childEnvironment());
         process.startDetached();
     });
-    QCoreApplication::quit();
 }
 
 void UpdateManager::fail(const QString &what)

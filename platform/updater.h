@@ -85,8 +85,11 @@ public:
     /// Puts a prepared version in place; the old one stays when that fails. Also done when the
     /// program ends.
     Q_INVOKABLE void finish();
-    /// Ends the program and starts the new one.
+    /// Ends the program, puts a prepared version in place and starts it. A window that will not
+    /// close keeps the program running, and the wish stands until somebody calls stay().
     Q_INVOKABLE void relaunch();
+    Q_INVOKABLE void stay() { m_isRelaunching = false; }
+    [[nodiscard]] bool isRelaunching() const { return m_isRelaunching; }
 
 Q_SIGNALS:
     void stateChanged();
@@ -97,6 +100,7 @@ private:
     enum class Asker { user, program };
     struct Memory; // what is kept across launches
 
+    void end();
     void scheduleNextCheck();
     void check(Asker asker);
     void takeFeed(const QString &failure);
@@ -116,6 +120,7 @@ private:
     QString m_message;
     Asker m_asker = Asker::program;
     bool m_isShown = false;
+    bool m_isRelaunching = false;
     double m_progress = 0;
     std::optional<Update> m_update;
     QNetworkAccessManager m_network;

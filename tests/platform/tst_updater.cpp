@@ -152,16 +152,18 @@ private Q_SLOTS:
     void anArchiveThatIsNotTheSignedOneIsRefused();
     void aPackagedCopyIsLeftToThePackageManager();
     void theWindowMayCloseWhileADownloadGoesOn();
+    void aRelaunchStartsTheNewCopyAsTheUserWould();
 
 private:
-    void writeBundle(const QString &folder, const QString &version, QJsonObject more = {});
+    void writeBundle(const QString &folder, const QString &version, QJsonObject more = {},
+                     const QByteArray &program = "#!/bin/sh\n");
     void serveFeed(const Feed &feed) { m_site->serve("/feed", signedFeed(feed)); }
     [[nodiscard]] QByteArray signedFeed(const Feed &feed) const
     {
         return envelope(feed.payload(), m_key.sign("veltro-updates-1\n" + feed.payload()));
     }
     /// Packs a bundle of that version and serves it; the entry of the feed.
-    QJsonObject serveArchive(const QString &version);
+    QJsonObject serveArchive(const QString &version, const QByteArray &program = "#!/bin/sh\n");
     void makeManager();
     State settled();
 
@@ -194,7 +196,8 @@ void TestUpdater::makeManager()
         bundle().toStdString(), DefaultsStore(m_folder->filePath(QStringLiteral("defaults.ini"))));
 }
 
-void TestUpdater::writeBundle(const QString &folder, const QString &version, QJsonObject more)
+void TestUpdater::writeBundle(const QString &folder, const QString &version, QJsonObject more,
+                              const QByteArray &program)
 {
     more.insert(QStringLiteral("shortVersion"), version);
     if (!more.contains(QStringLiteral("updateFeed"))) {
@@ -203,14 +206,14 @@ void TestUpdater::writeBundle(const QString &folder, const QString &version, QJs
     more.insert(QStringLiteral("updateKey"), QString::fromLatin1(m_key.publicKey().toBase64()));
     write(folder + QStringLiteral("/Contents/Info.json"), QJsonDocument(more).toJson());
     write(folder + QStringLiteral("/Contents/Resources/module.py"), version.toUtf8());
-    write(folder + QStringLiteral("/veltro"), "#!/bin/sh\n");
+    write(folder + QStringLiteral("/veltro"), program);
     QFile::setPermissions(folder + QStringLiteral("/veltro"),
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
-QJsonObject TestUpdater::serveArchive(const QString &version)
+QJsonObject TestUpdater::serveArchive(const QString &version, const QByteArray &program)
 {
-    writeBundle(m_folder->filePath(QStringLiteral("new/veltro-") + version), version);
+    writeBundle(m_folder->filePath(QStringLiteral("new/veltro-") + version), version, {}, program);
     const QString file = m_folder->filePath(QStringLiteral("archive.tar.gz"));
     const int code = QProcess::execute(
         QStringLiteral("tar"), {QStringLiteral("-czf"), file, QStringLiteral("-C"),
@@ -535,6 +538,37 @@ void TestUpdater::theWindowMayCloseWhileADownloadGoesOn()
     QCOMPARE(QDir(m_folder->filePath(QStringLiteral("app")))
                  .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList{QStringLiteral("veltro")});
+}
+
+void TestUpdater::aRelaunchStartsTheNewCopyAsTheUserWould()
+{
+    // The new copy tells how it was started; the name appears when all is told.
+    const QString told = m_folder->filePath(QStringLiteral("told"));
+    Feed feed;
+    feed.archive =
+        serveArchive(feed.version, "#!/bin/sh\n"
+                                   "{ echo \"started $# $0\"; env; } > \"$TOLD_TO.part\"\n"
+                                   "mv \"$TOLD_TO.part\" \"$TOLD_TO\"\n");
+    serveFeed(feed);
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("TOLD_TO"), told);
+    environment.insert(QStringLiteral("XDG_ACTIVATION_TOKEN"), QStringLiteral("of the old start"));
+    program.setProcessEnvironment(environment);
+    program.start(QCoreApplication::applicationDirPath() + QStringLiteral("/relaunch-probe"),
+                  {bundle(), m_folder->filePath(QStringLiteral("defaults.ini"))});
+    QTRY_COMPARE_WITH_TIMEOUT(program.state(), QProcess::NotRunning, 60'000);
+    QCOMPARE(program.exitCode(), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(told), 60'000);
+    const QList<QByteArray> lines = read(told).split('\n');
+    QCOMPARE(lines.first(), "started 0 " + bundle().toUtf8() + "/veltro");
+    QVERIFY(lines.contains("TOLD_TO=" + told.toUtf8()));
+    for (const QByteArray &line : lines) {
+        // What the old one had set for its interpreter, and what was its own.
+        QVERIFY2(!line.startsWith("PYTHONHOME=") && !line.startsWith("XDG_ACTIVATION_TOKEN="),
+                 line.constData());
+    }
+    QCOMPARE(read(bundle() + QStringLiteral("/Contents/Resources/module.py")), QByteArray("0.2.0"));
 }
 
 QTEST_GUILESS_MAIN(TestUpdater)

@@ -106,6 +106,8 @@ T.ApplicationWindow {
             root.mayClose = true;
             root.close();
         }
+        onCloseSettled: if (!root.mayClose)
+            root.updates.stay()
     }
     SettingsWindow {
         id: settings

@@ -10,6 +10,7 @@ MenuBar {
     id: root
 
     required property MacAppStore store
+    readonly property bool hasSupport: String(information.supportPage) !== ""
     signal settingsRequested
     signal aboutRequested
     signal updatesRequested
@@ -69,10 +70,16 @@ MenuBar {
         title: qsTr("Help")
 
         MenuItem {
+            objectName: "menuSupport"
             text: qsTr("Veltro Support")
+            visible: root.hasSupport
+            height: visible ? implicitHeight : 0
             onTriggered: Desktop.openWebPage(information.supportPage)
         }
-        MenuSeparator {}
+        MenuSeparator {
+            visible: root.hasSupport
+            height: visible ? implicitHeight : 0
+        }
         MenuItem {
             text: qsTr("Check for Updates…")
             onTriggered: root.updatesRequested()

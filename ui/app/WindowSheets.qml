@@ -15,6 +15,8 @@ Item {
     /// Whether any of them has the keyboard.
     readonly property bool open: batch.visible || picker.open || engineAlert.visible || about.visible || updateSheet.visible || closeQuestion.visible
     signal closeConfirmed
+    /// The question is gone, whatever the answer was.
+    signal closeSettled
 
     function askBeforeClosing() {
         closeQuestion.open();
@@ -80,5 +82,6 @@ Item {
         cancelText: qsTr("Keep Downloading")
         destructive: true
         onAccepted: root.closeConfirmed()
+        onClosed: root.closeSettled()
     }
 }

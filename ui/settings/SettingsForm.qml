@@ -13,6 +13,7 @@ FocusScope {
     required property SettingsModel settings
     /// Rows with a host and a date.
     property alias sites: sitesSection.sites
+    property AboutInformation about: AboutInformation {}
 
     signal pageRequested(page: url)
     signal siteRemoved(host: string)
@@ -85,17 +86,14 @@ FocusScope {
             }
             AboutSection {
                 width: parent.width
-                about: about
+                about: root.about
             }
             PagesSection {
                 width: parent.width
-                about: about
+                about: root.about
                 onPageRequested: page => root.pageRequested(page)
             }
         }
-    }
-    AboutInformation {
-        id: about
     }
     Connections {
         function onActiveFocusItemChanged() {

@@ -4,43 +4,30 @@
 
 #include "platform/bundle.h"
 
-#include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <utility>
 
 namespace veltro {
+namespace {
 
-QString shortVersion(const std::filesystem::path &bundleRoot)
+// Read once; it is asked for by the menus, the settings and the about panel.
+const BundleInformation &ownInformation()
 {
-    QFile file(QString::fromStdString((bundleRoot / "Contents/Info.json").string()));
-    QByteArray text;
-    if (file.open(QIODevice::ReadOnly)) {
-        constexpr qint64 largest = 1 << 20;
-        text = file.read(largest);
-    }
-    const QJsonValue version =
-        QJsonDocument::fromJson(text).object().value(QLatin1String("shortVersion"));
-    return version.isString() ? version.toString() : QStringLiteral("0.1.0");
+    static const BundleInformation information = BundleInformation::of(Bundle::main().root());
+    return information;
 }
+
+}
+
+AboutInformation::AboutInformation(QObject *parent) : AboutInformation(ownInformation(), parent) {}
+
+AboutInformation::AboutInformation(BundleInformation information, QObject *parent)
+    : QObject(parent), m_information(std::move(information))
+{}
 
 QString AboutInformation::version() const
 {
-    return shortVersion(Bundle::main().root());
-}
-
-QUrl AboutInformation::supportPage() const
-{
-    return QUrl(QStringLiteral("https://veltro.app/support"));
-}
-
-QUrl AboutInformation::privacyPage() const
-{
-    return QUrl(QStringLiteral("https://veltro.app/privacy"));
-}
-
-QUrl AboutInformation::noticesPage() const
-{
-    return QUrl(QStringLiteral("https://veltro.app/open-source"));
+    const QString &version = m_information.shortVersion;
+    return version.isEmpty() ? QStringLiteral("0.1.0") : version;
 }
 
 }

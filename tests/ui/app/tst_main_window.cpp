@@ -5,6 +5,7 @@
 
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTimer>
 
 namespace veltro {
 
@@ -296,6 +297,22 @@ void TestMainWindow::closingAsksWhileDownloadsAreActive()
     QTest::keyClick(&m_bench->window(), Qt::Key_Escape);
     QTRY_VERIFY(!question.property("visible").toBool());
     QVERIFY(m_bench->window().isVisible());
+
+    // Neither does an update start the program anew some time later.
+    const auto decline = [&] {
+        QTRY_VERIFY(question.property("opened").toBool());
+        QVERIFY(m_bench->updates().isRelaunching());
+        QTest::keyClick(&m_bench->window(), Qt::Key_Escape);
+        QTRY_VERIFY(!m_bench->updates().isRelaunching());
+    };
+    QTimer::singleShot(0, this, [&] {
+        m_bench->updates().relaunch();
+        decline();
+        QCoreApplication::exit();
+    });
+    QCOMPARE(QGuiApplication::exec(), 0);
+    QVERIFY(m_bench->window().isVisible());
+
     m_bench->window().close();
     QTRY_VERIFY(question.property("opened").toBool());
     QTest::keyClick(&m_bench->window(), Qt::Key_Return);

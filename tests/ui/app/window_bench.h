@@ -60,6 +60,7 @@ public:
     [[nodiscard]] QQuickWindow &window() { return *m_window; }
     [[nodiscard]] HomeModel &homeModel() { return m_home; }
     [[nodiscard]] WindowMemory &memory() { return m_memory; }
+    [[nodiscard]] UpdateManager &updates() { return m_updates; }
 
     /// The item of that name, wherever it is in the window; fails the program when there is none.
     [[nodiscard]] QQuickItem &item(const QString &name)

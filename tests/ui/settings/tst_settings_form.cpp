@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/ui/samples/sample_sites.h"
 #include "tests/ui/screens/screen_under_test.h"
+#include "ui/settings/about_information.h"
 #include "ui/settings/settings_model.h"
 
 #include <QAccessible>
@@ -20,7 +21,8 @@ constexpr auto screenFile = "qrc:/qt/qml/Veltro/Settings/SettingsForm.qml";
 struct Form {
     explicit Form(QAbstractItemModel *sites = nullptr)
         : screen(screenFile, {{QStringLiteral("settings"), QVariant::fromValue(&settings)},
-                              {QStringLiteral("sites"), QVariant::fromValue<QObject *>(sites)}})
+                              {QStringLiteral("sites"), QVariant::fromValue<QObject *>(sites)},
+                              {QStringLiteral("about"), QVariant::fromValue(&about)}})
     {
         QObject::connect(&settings, &SettingsModel::edited, &settings,
                          [this](const Preferences &wanted) { settings.setPreferences(wanted); });
@@ -28,7 +30,16 @@ struct Form {
         screen.resize({700, 1600});
     }
 
+    static BundleInformation withTwoPages()
+    {
+        BundleInformation information;
+        information.supportPage = QUrl(QStringLiteral("https://product.example/support"));
+        information.noticesPage = QUrl(QStringLiteral("https://product.example/notices"));
+        return information;
+    }
+
     SettingsModel settings{[](const Preferences &) {}};
+    AboutInformation about{withTwoPages()};
     ScreenUnderTest screen;
 };
 
@@ -46,6 +57,7 @@ private Q_SLOTS:
     void whatIsTypedAsLanguagesStaysUntilTheFieldIsLeft();
     void withoutSitesTheTextExplains();
     void aSiteIsRemovedByItsButton();
+    void onlyPagesThatThereAreCanBeOpened();
 };
 
 void TestSettingsForm::everySectionAndControlHasItsText()
@@ -71,7 +83,6 @@ void TestSettingsForm::everySectionAndControlHasItsText()
                              "Storage",
                              "User Downloads folder",
                              "Support",
-                             "Privacy policy",
                              "Open-source notices"}) {
         QVERIFY2(form.screen.withText(text) != nullptr, text);
     }
@@ -146,6 +157,16 @@ void TestSettingsForm::aSiteIsRemovedByItsButton()
     form.screen.click(form.screen.withText("Remove films.example"));
     QCOMPARE(removed.size(), 1);
     QCOMPARE(removed[0][0].toString(), QStringLiteral("films.example"));
+}
+
+void TestSettingsForm::onlyPagesThatThereAreCanBeOpened()
+{
+    const Form form;
+    QVERIFY(!form.screen.withText("Privacy policy"));
+    QSignalSpy asked(form.screen.root(), form.screen.signalNamed("pageRequested"));
+    form.screen.click(form.screen.withText("Open-source notices"));
+    QCOMPARE(asked.size(), 1);
+    QCOMPARE(asked[0][0].toUrl(), form.about.noticesPage());
 }
 
 }

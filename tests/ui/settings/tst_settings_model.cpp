@@ -60,7 +60,7 @@ private Q_SLOTS:
     void aDateReadsAsItsDistance_data();
     void aDateReadsAsItsDistance();
     void daysAreThoseOfTheCalendar();
-    void theVersionComesFromTheBundle();
+    void whatTheProgramSaysOfItselfComesFromTheBundle();
 };
 
 void TestSettingsModel::thePickersShowTheStoredChoice()
@@ -257,23 +257,29 @@ void TestSettingsModel::daysAreThoseOfTheCalendar()
     QCOMPARE(text(QDateTime()), QString());
 }
 
-void TestSettingsModel::theVersionComesFromTheBundle()
+void TestSettingsModel::whatTheProgramSaysOfItselfComesFromTheBundle()
 {
     QTemporaryDir folder;
-    const auto versionOf = [&](const QByteArray &information) {
+    const auto about = [&](const QByteArray &information) {
         QDir().mkpath(folder.filePath(QStringLiteral("Contents")));
         QFile file(folder.filePath(QStringLiteral("Contents/Info.json")));
         if (!file.open(QIODevice::WriteOnly) || file.write(information) < 0) {
-            return QStringLiteral("cannot be written");
+            qFatal("the information cannot be written");
         }
         file.close();
-        return shortVersion(folder.path().toStdString());
+        return std::make_unique<AboutInformation>(
+            BundleInformation::of(folder.path().toStdString()));
     };
-    QCOMPARE(shortVersion("/nowhere"), QStringLiteral("0.1.0"));
-    QCOMPARE(versionOf(R"({"shortVersion": "2.3.4"})"), QStringLiteral("2.3.4"));
-    QCOMPARE(versionOf(R"({"shortVersion": 2})"), QStringLiteral("0.1.0"));
-    QCOMPARE(versionOf("no JSON"), QStringLiteral("0.1.0"));
-    QVERIFY(!AboutInformation().version().isEmpty());
+    const QString unknown = QStringLiteral("0.1.0");
+    QCOMPARE(AboutInformation(BundleInformation::of("/nowhere")).version(), unknown);
+    QCOMPARE(about(R"({"shortVersion": 2})")->version(), unknown);
+    QCOMPARE(about("no JSON")->version(), unknown);
+    const auto told = about(R"({"shortVersion": "2.3.4", "supportPage": "https://a.example/help",
+                                "privacyPage": "file:///etc/hostname", "noticesPage": 7})");
+    QCOMPARE(told->version(), QStringLiteral("2.3.4"));
+    QCOMPARE(told->supportPage(), QUrl(QStringLiteral("https://a.example/help")));
+    QVERIFY(told->privacyPage().isEmpty());
+    QVERIFY(told->noticesPage().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestSettingsModel)
