@@ -12,13 +12,19 @@ namespace {
 // A longer text is a document, not a link.
 constexpr qsizetype longestLink = 64 * 1024;
 
+// What lies on this machine or in the address itself is no page: a file from a file manager or a
+// tile of our own library, a picture that is dragged out of a browser.
+bool isElsewhere(const QUrl &address)
+{
+    const QString scheme = address.scheme();
+    return address.isValid() && !scheme.isEmpty() && scheme != u"file" && scheme != u"data";
+}
+
 }
 
 QUrl LinkDrop::firstLink(const QList<QUrl> &addresses, const QString &text)
 {
-    const auto first = std::find_if(addresses.begin(), addresses.end(), [](const QUrl &address) {
-        return address.isValid() && !address.scheme().isEmpty();
-    });
+    const auto first = std::find_if(addresses.begin(), addresses.end(), isElsewhere);
     if (first != addresses.end()) {
         return *first;
     }

@@ -16,7 +16,8 @@ class LinkDrop : public QObject {
 public:
     using QObject::QObject;
 
-    /// The first address, or the web link that the text is; empty where there is neither.
+    /// The first address of something elsewhere, or the web link that the text is; empty where
+    /// there is neither, as in files and pictures.
     Q_INVOKABLE static QUrl firstLink(const QList<QUrl> &addresses, const QString &text);
 };
 

@@ -21,6 +21,12 @@ private Q_SLOTS:
         QTest::newRow("the first of two")
             << QList<QUrl>{QUrl(), page, QUrl(QStringLiteral("https://b.example"))} << QString()
             << page;
+        const QUrl file = QUrl::fromLocalFile(QStringLiteral("/home/a/clip.mp4"));
+        QTest::newRow("a file") << QList<QUrl>{file} << file.toString() << QUrl();
+        QTest::newRow("a link after a file") << QList<QUrl>{file, page} << QString() << page;
+        QTest::newRow("a picture in its address")
+            << QList<QUrl>{QUrl(QStringLiteral("data:image/png;base64,AAAA"))} << QString()
+            << QUrl();
         QTest::newRow("text alone")
             << QList<QUrl>() << QStringLiteral(" https://a.example/1\n") << page;
         QTest::newRow("words") << QList<QUrl>() << QStringLiteral("not a link") << QUrl();
