@@ -3,6 +3,7 @@
 import QtQuick
 import QtQuick.Templates as T
 import Veltro.Design
+import Veltro.Pictures
 
 /// One saved item: its picture, title and host.
 T.AbstractButton {
@@ -31,21 +32,17 @@ T.AbstractButton {
 
             LineIcon {
                 anchors.centerIn: parent
-                visible: image.status !== Image.Ready
+                visible: image.status !== Thumbnail.Ready
                 width: 22
                 height: 22
                 name: "play"
                 color: Theme.inkTertiary
             }
-            Image {
+            Thumbnail {
                 id: image
                 anchors.fill: parent
                 source: root.thumbnailFileUrl
-                sourceSize.width: 480
-                sourceSize.height: 480
-                asynchronous: true
-                fillMode: Image.PreserveAspectCrop
-                Accessible.ignored: true
+                radius: parent.radius
             }
         }
         Label {

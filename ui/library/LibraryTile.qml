@@ -4,6 +4,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Veltro.Design
 import Veltro.Library
+import Veltro.Pictures
 
 /// One saved item: its picture with its length, and what it is called. A press and a drag are told
 /// apart here; what they mean is decided elsewhere.
@@ -67,12 +68,12 @@ Item {
             anchors.centerIn: parent
             width: 22
             height: 22
-            visible: still.status !== LocalThumbnail.Ready
+            visible: still.status !== Thumbnail.Ready
             name: "film"
             stroke: 1.8
             color: Theme.inkTertiary
         }
-        LocalThumbnail {
+        Thumbnail {
             id: still
             anchors.fill: parent
             source: root.thumbnail

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import Veltro.Design
-import Veltro.Picker
+import Veltro.Pictures
 
 /// The page's picture, title and source.
 Item {
@@ -29,14 +29,15 @@ Item {
 
         Symbol {
             anchors.centerIn: parent
-            visible: picture.status !== RemoteThumbnail.Ready
+            visible: picture.status !== Thumbnail.Ready
             name: "play.fill"
             size: 22
             color: Theme.inkTertiary
         }
-        RemoteThumbnail {
+        Thumbnail {
             id: picture
             anchors.fill: parent
+            origin: Thumbnail.Web
             source: root.thumbnail
             radius: 10
         }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/picker/playlist_entries_model.h"
 
-#include "ui/picker/thumbnail_fetcher.h"
+#include "ui/pictures/web_picture.h"
 
 #include <QStringList>
 

@@ -57,7 +57,7 @@ void LibraryGridTest::showsWhatIsKnownOfAnItem()
     QTRY_VERIFY(tile(u"Bare"_s));
     QVERIFY(shownText(u"Somebody"_s));
     QVERIFY(shownText(u"1:02:05"_s));
-    QCOMPARE(all("veltro::LocalThumbnail").size(), 2);
+    QCOMPARE(all("veltro::Thumbnail").size(), 2);
     const auto colour = [&] {
         const QQuickItem *still = tile(u"Full"_s);
         return window()->grabWindow().pixelColor(

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/picker/remote_thumbnail.h"
-#include "ui/picker/thumbnail_fetcher.h"
+#include "tests/platform/ffmpeg/stock_tool.h"
+#include "ui/pictures/thumbnail.h"
+#include "ui/pictures/web_picture.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -16,12 +17,21 @@
 #include <QtEndian>
 
 #include <functional>
+#include <sys/stat.h>
 
 using namespace veltro;
+using Status = Thumbnail::Status;
 
 namespace {
 
-const ThumbnailShape small{{96, 64}, 0};
+const PictureFrame small{{96, 64}, 0};
+
+QImage framed(QByteArray data, const PictureFrame &frame = small)
+{
+    QBuffer encoded(&data);
+    encoded.open(QIODevice::ReadOnly);
+    return framedPicture(encoded, frame);
+}
 
 QByteArray encoded(const QImage &image, const char *kind)
 {
@@ -113,10 +123,10 @@ void redirect(QTcpSocket &socket, const QByteArray &target)
 }
 
 /// What a fetch announces; null also when it announced nothing in time.
-QImage fetch(const QUrl &address, ThumbnailLimits limits = {})
+QImage fetch(const QUrl &address, WebPictureLimits limits = {})
 {
-    ThumbnailFetcher fetcher(address, small, limits);
-    QSignalSpy finished(&fetcher, &ThumbnailFetcher::finished);
+    WebPicture fetcher(address, small, limits);
+    QSignalSpy finished(&fetcher, &WebPicture::finished);
     fetcher.start();
     if (finished.isEmpty() && !finished.wait(30'000)) {
         qWarning("a fetch was never announced");
@@ -126,7 +136,7 @@ QImage fetch(const QUrl &address, ThumbnailLimits limits = {})
 
 }
 
-class TestRemoteThumbnail : public QObject {
+class TestThumbnail : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void aPictureFillsItsFrameAndIsCutAlikeOnBothSides();
@@ -140,14 +150,16 @@ private Q_SLOTS:
     void redirectionsEnd();
     void aTransferIsBoundInBytesAndTime();
     void nothingButTheWebIsAsked();
+    void ofAPictureThatMovesTheFirstIsShown();
     void theItemShowsWhatItFetched();
+    void anItemForFilesShowsThemAndAsksNobody();
     void aNewSourceOrTheEndDropsWhatIsUnderWay();
 };
 
-void TestRemoteThumbnail::aPictureFillsItsFrameAndIsCutAlikeOnBothSides()
+void TestThumbnail::aPictureFillsItsFrameAndIsCutAlikeOnBothSides()
 {
     for (const QSize size : {QSize(960, 64), QSize(96, 640), QSize(9, 6), QSize(4000, 3000)}) {
-        const QImage picture = thumbnailPicture(encoded(halves(size), "PNG"), small);
+        const QImage picture = framed(encoded(halves(size), "PNG"));
         QCOMPARE(picture.size(), small.pixels);
         QVERIFY2(looksLike(picture.pixelColor(20, 32), Qt::red),
                  qPrintable(QDebug::toString(size)));
@@ -158,16 +170,16 @@ void TestRemoteThumbnail::aPictureFillsItsFrameAndIsCutAlikeOnBothSides()
     }
 }
 
-void TestRemoteThumbnail::cornersAreRound()
+void TestThumbnail::cornersAreRound()
 {
-    const QImage picture = thumbnailPicture(encoded(halves({300, 200}), "PNG"), {{96, 64}, 10});
+    const QImage picture = framed(encoded(halves({300, 200}), "PNG"), {{96, 64}, 10});
     QCOMPARE(picture.pixelColor(0, 0).alpha(), 0);
     QCOMPARE(picture.pixelColor(95, 63).alpha(), 0);
     QCOMPARE(picture.pixelColor(48, 0).alpha(), 255);
     QCOMPARE(picture.pixelColor(0, 32).alpha(), 255);
 }
 
-void TestRemoteThumbnail::picturesOfPagesAreRead_data()
+void TestThumbnail::picturesOfPagesAreRead_data()
 {
     QTest::addColumn<QByteArray>("kind");
     for (const char *kind : {"JPEG", "PNG", "WEBP", "BMP"}) {
@@ -175,18 +187,18 @@ void TestRemoteThumbnail::picturesOfPagesAreRead_data()
     }
 }
 
-void TestRemoteThumbnail::picturesOfPagesAreRead()
+void TestThumbnail::picturesOfPagesAreRead()
 {
     QFETCH(QByteArray, kind);
     if (!QImageWriter::supportedImageFormats().contains(kind.toLower())) {
         QSKIP("this machine cannot write one");
     }
-    const QImage picture = thumbnailPicture(encoded(halves({320, 180}), kind.constData()), small);
+    const QImage picture = framed(encoded(halves({320, 180}), kind.constData()));
     QVERIFY(looksLike(picture.pixelColor(20, 32), Qt::red));
     QVERIFY(looksLike(picture.pixelColor(76, 32), Qt::blue));
 }
 
-void TestRemoteThumbnail::whatIsNoPictureGivesNothing_data()
+void TestThumbnail::whatIsNoPictureGivesNothing_data()
 {
     QTest::addColumn<QByteArray>("data");
     const QByteArray png = encoded(halves({32, 32}), "PNG");
@@ -202,13 +214,17 @@ void TestRemoteThumbnail::whatIsNoPictureGivesNothing_data()
     QTest::newRow("no pixels") << pngHeader(0, 0);
 }
 
-void TestRemoteThumbnail::whatIsNoPictureGivesNothing()
+void TestThumbnail::whatIsNoPictureGivesNothing()
 {
     QFETCH(QByteArray, data);
-    QVERIFY(thumbnailPicture(data, small).isNull());
+    QVERIFY(framed(data).isNull());
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("picture.png"));
+    QVERIFY(ffmpeg::writeFile(path, data));
+    QVERIFY(framedFile(path, small).isNull());
 }
 
-void TestRemoteThumbnail::aPictureComesFromTheWebWithoutCookies()
+void TestThumbnail::aPictureComesFromTheWebWithoutCookies()
 {
     const QByteArray png = encoded(halves({96, 64}), "PNG");
     Site site([&](QTcpSocket &socket) { answer(socket, png); });
@@ -222,7 +238,7 @@ void TestRemoteThumbnail::aPictureComesFromTheWebWithoutCookies()
     QVERIFY(fetch(missing.address()).isNull());
 }
 
-void TestRemoteThumbnail::redirectionsStayOnTheWeb()
+void TestThumbnail::redirectionsStayOnTheWeb()
 {
     const QByteArray png = encoded(halves({96, 64}), "PNG");
     Site target([&](QTcpSocket &socket) { answer(socket, png); });
@@ -243,21 +259,21 @@ void TestRemoteThumbnail::redirectionsStayOnTheWeb()
     }
 }
 
-void TestRemoteThumbnail::redirectionsEnd()
+void TestThumbnail::redirectionsEnd()
 {
     Site *self = nullptr;
     Site site([&](QTcpSocket &socket) { redirect(socket, self->address().toEncoded()); });
     self = &site;
     QVERIFY(fetch(site.address()).isNull());
-    QCOMPARE(site.requests, 1 + ThumbnailLimits().redirects);
+    QCOMPARE(site.requests, 1 + WebPictureLimits().redirects);
 }
 
-void TestRemoteThumbnail::aTransferIsBoundInBytesAndTime()
+void TestThumbnail::aTransferIsBoundInBytesAndTime()
 {
     const QByteArray png = encoded(halves({96, 64}), "PNG");
     const QByteArray padded = png + QByteArray(200'000, '\0');
     Site site([&](QTcpSocket &socket) { answer(socket, padded); });
-    ThumbnailLimits limits;
+    WebPictureLimits limits;
     limits.bytes = padded.size();
     QVERIFY(!fetch(site.address(), limits).isNull());
     limits.bytes = padded.size() - 1;
@@ -278,7 +294,7 @@ void TestRemoteThumbnail::aTransferIsBoundInBytesAndTime()
     QVERIFY(fetch(silent.address(), limits).isNull());
 }
 
-void TestRemoteThumbnail::nothingButTheWebIsAsked()
+void TestThumbnail::nothingButTheWebIsAsked()
 {
     for (const char *address :
          {"", "file:///etc/hostname", "qrc:/a.png", "ftp://127.0.0.1/a",
@@ -288,21 +304,65 @@ void TestRemoteThumbnail::nothingButTheWebIsAsked()
     }
 }
 
-void TestRemoteThumbnail::theItemShowsWhatItFetched()
+void TestThumbnail::ofAPictureThatMovesTheFirstIsShown()
+{
+    QTemporaryDir folder;
+    for (const char *file : {"moving.gif", "moving.webp"}) {
+        const QString name = QString::fromLatin1(file);
+        // Red for half a second, then blue.
+        QVERIFY(ffmpeg::makeMedia(
+            QStringLiteral("-f lavfi -i color=red:size=320x180:rate=10:duration=0.5 -f lavfi -i "
+                           "color=blue:size=320x180:rate=10:duration=0.5 -filter_complex concat "
+                           "-loop 0 ") +
+                name,
+            folder.path()));
+        const QImage picture = framedFile(folder.filePath(name), small);
+        QVERIFY2(looksLike(picture.pixelColor(48, 32), Qt::red), file);
+    }
+    // A pipe that nobody writes is no picture, and nobody waits for it.
+    const QString pipe = folder.filePath(QStringLiteral("pipe.png"));
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    QVERIFY(framedFile(pipe, small).isNull());
+}
+
+void TestThumbnail::anItemForFilesShowsThemAndAsksNobody()
+{
+    Site site([](QTcpSocket &socket) { answer(socket, encoded(halves({96, 64}), "PNG")); });
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("picture.png"));
+    QVERIFY(halves({300, 200}).save(path));
+    QQuickWindow window;
+    window.resize(96, 64);
+    auto *item = new Thumbnail(window.contentItem());
+    item->setSize({96, 64});
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    item->setSource(QUrl::fromLocalFile(path));
+    QTRY_COMPARE(item->status(), Status::Ready);
+    QTRY_VERIFY(looksLike(window.grabWindow().pixelColor(20, 32), Qt::red));
+    item->setSource(site.address());
+    QTRY_COMPARE(item->status(), Status::Failed);
+    item->setSource(QUrl::fromLocalFile(folder.filePath(QStringLiteral("gone.png"))));
+    QTRY_COMPARE(item->status(), Status::Failed);
+    QCOMPARE(site.requests, 0);
+}
+
+void TestThumbnail::theItemShowsWhatItFetched()
 {
     const QByteArray png = encoded(halves({300, 200}), "PNG");
     Site site([&](QTcpSocket &socket) { answer(socket, png); });
     QQuickWindow window;
     window.resize(96, 64);
     window.setColor(Qt::white);
-    auto *item = new RemoteThumbnail(window.contentItem());
+    auto *item = new Thumbnail(window.contentItem());
+    item->setOrigin(Thumbnail::Origin::Web);
     item->setSize({96, 64});
     item->setRadius(12);
-    QSignalSpy changed(item, &RemoteThumbnail::statusChanged);
+    QSignalSpy changed(item, &Thumbnail::statusChanged);
     item->setSource(site.address());
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QTRY_COMPARE(item->status(), RemoteThumbnail::Ready);
+    QTRY_COMPARE(item->status(), Status::Ready);
     QCOMPARE(changed.size(), 2);
     QImage shown;
     const auto isDrawn = [&] {
@@ -315,31 +375,34 @@ void TestRemoteThumbnail::theItemShowsWhatItFetched()
     QCOMPARE(site.requests, 1);
 
     item->setSource(QUrl(QStringLiteral("file:///etc/hostname")));
-    QCOMPARE(item->status(), RemoteThumbnail::Failed);
+    QTRY_COMPARE(item->status(), Status::Failed);
     QTRY_VERIFY(looksLike(window.grabWindow().pixelColor(20, 32), Qt::white));
     item->setSource({});
-    QCOMPARE(item->status(), RemoteThumbnail::Nothing);
+    QTRY_COMPARE(item->status(), Status::Nothing);
 }
 
-void TestRemoteThumbnail::aNewSourceOrTheEndDropsWhatIsUnderWay()
+void TestThumbnail::aNewSourceOrTheEndDropsWhatIsUnderWay()
 {
     Site silent([](QTcpSocket &) {});
     const QByteArray png = encoded(halves({300, 200}), "PNG");
     Site site([&](QTcpSocket &socket) { answer(socket, png); });
     QQuickWindow window;
-    auto *item = new RemoteThumbnail(window.contentItem());
+    auto *item = new Thumbnail(window.contentItem());
+    item->setOrigin(Thumbnail::Origin::Web);
     item->setSize({96, 64});
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
     item->setSource(silent.address());
     QTRY_COMPARE(silent.requests, 1);
-    QCOMPARE(item->status(), RemoteThumbnail::Loading);
+    QCOMPARE(item->status(), Status::Loading);
     item->setSource(site.address());
     QTRY_COMPARE(silent.partings, 1);
-    QTRY_COMPARE(item->status(), RemoteThumbnail::Ready);
+    QTRY_COMPARE(item->status(), Status::Ready);
     item->setSource(silent.address());
     QTRY_COMPARE(silent.requests, 2);
     delete item;
     QTRY_COMPARE(silent.partings, 2);
 }
 
-QTEST_MAIN(TestRemoteThumbnail)
-#include "tst_remote_thumbnail.moc"
+QTEST_MAIN(TestThumbnail)
+#include "tst_thumbnail.moc"

@@ -1,15 +1,49 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/picker/thumbnail_fetcher.h"
+#include "ui/pictures/web_picture.h"
 
+#include <QBuffer>
+#include <QCoreApplication>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QThread>
 #include <QTimer>
 
+#include <memory>
 #include <utility>
 
 namespace veltro {
+namespace {
+
+std::unique_ptr<QThread> &webThreadSlot()
+{
+    static std::unique_ptr<QThread> thread;
+    return thread;
+}
+
+// Before the libraries are unloaded.
+void endWebThread()
+{
+    if (const std::unique_ptr<QThread> thread = std::move(webThreadSlot())) {
+        thread->quit();
+        thread->wait();
+    }
+}
+
+}
+
+QThread &webPictureThread()
+{
+    std::unique_ptr<QThread> &thread = webThreadSlot();
+    if (!thread) {
+        thread = std::make_unique<QThread>();
+        thread->setObjectName(QStringLiteral("com.veltro.thumbnail"));
+        thread->start(QThread::LowPriority);
+        qAddPostRoutine(endWebThread);
+    }
+    return *thread;
+}
 
 bool isWebAddress(const QUrl &address)
 {
@@ -18,18 +52,18 @@ bool isWebAddress(const QUrl &address)
            (scheme == QLatin1String("http") || scheme == QLatin1String("https"));
 }
 
-ThumbnailFetcher::ThumbnailFetcher(QUrl address, ThumbnailShape shape, ThumbnailLimits limits)
-    : m_address(std::move(address)), m_shape(shape), m_limits(limits)
+WebPicture::WebPicture(QUrl address, PictureFrame frame, WebPictureLimits limits)
+    : m_address(std::move(address)), m_frame(frame), m_limits(limits)
 {}
 
-ThumbnailFetcher::~ThumbnailFetcher()
+WebPicture::~WebPicture()
 {
     if (m_reply) {
         m_reply->disconnect(this);
     }
 }
 
-void ThumbnailFetcher::start()
+void WebPicture::start()
 {
     if (!isWebAddress(m_address)) {
         Q_EMIT finished({});
@@ -41,7 +75,7 @@ void ThumbnailFetcher::start()
     ask(m_address);
 }
 
-void ThumbnailFetcher::ask(const QUrl &address)
+void WebPicture::ask(const QUrl &address)
 {
     QNetworkRequest request(address);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
@@ -52,11 +86,11 @@ void ThumbnailFetcher::ask(const QUrl &address)
     request.setRawHeader("Accept-Encoding", "identity");
     m_reply = m_network->get(request);
     m_reply->setReadBufferSize(64 * 1024);
-    connect(m_reply, &QNetworkReply::readyRead, this, &ThumbnailFetcher::takeBytes);
-    connect(m_reply, &QNetworkReply::finished, this, &ThumbnailFetcher::finish);
+    connect(m_reply, &QNetworkReply::readyRead, this, &WebPicture::takeBytes);
+    connect(m_reply, &QNetworkReply::finished, this, &WebPicture::finish);
 }
 
-void ThumbnailFetcher::takeBytes()
+void WebPicture::takeBytes()
 {
     m_data += m_reply->read(m_limits.bytes + 1 - m_data.size());
     if (m_data.size() > m_limits.bytes) {
@@ -64,7 +98,7 @@ void ThumbnailFetcher::takeBytes()
     }
 }
 
-void ThumbnailFetcher::finish()
+void WebPicture::finish()
 {
     if (m_reply->error() != QNetworkReply::NoError) {
         Q_EMIT finished({});
@@ -76,10 +110,16 @@ void ThumbnailFetcher::finish()
         return;
     }
     takeBytes();
-    Q_EMIT finished(m_data.size() <= m_limits.bytes ? thumbnailPicture(m_data, m_shape) : QImage());
+    if (m_data.size() > m_limits.bytes) {
+        Q_EMIT finished({});
+        return;
+    }
+    QBuffer encoded(&m_data);
+    encoded.open(QIODevice::ReadOnly);
+    Q_EMIT finished(framedPicture(encoded, m_frame));
 }
 
-void ThumbnailFetcher::follow(const QUrl &target)
+void WebPicture::follow(const QUrl &target)
 {
     if (++m_redirects > m_limits.redirects || !isWebAddress(target)) {
         Q_EMIT finished({});

@@ -1,11 +1,14 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/library/local_thumbnail.h"
+#include "ui/pictures/thumbnail.h"
+
+#include "ui/pictures/web_picture.h"
 
 #include <QCache>
 #include <QMetaObject>
 #include <QQuickWindow>
 #include <QSGImageNode>
+#include <QThread>
 #include <QThreadPool>
 
 #include <atomic>
@@ -60,24 +63,24 @@ int nextWishPriority()
 
 }
 
-struct LocalThumbnail::Wish {
-    explicit Wish(LocalThumbnail *who) : item(who) {}
+struct Thumbnail::Wish {
+    explicit Wish(Thumbnail *who) : item(who) {}
     std::atomic<bool> isDropped = false;
     std::mutex lock;
-    LocalThumbnail *item; // guarded by lock; null when dropped
+    Thumbnail *item; // guarded by lock; null when dropped
 };
 
-LocalThumbnail::LocalThumbnail(QQuickItem *parent) : QQuickItem(parent)
+Thumbnail::Thumbnail(QQuickItem *parent) : QQuickItem(parent)
 {
     setFlag(ItemHasContents);
 }
 
-LocalThumbnail::~LocalThumbnail()
+Thumbnail::~Thumbnail()
 {
     drop();
 }
 
-void LocalThumbnail::setSource(const QUrl &source)
+void Thumbnail::setSource(const QUrl &source)
 {
     if (m_source != source) {
         m_source = source;
@@ -86,7 +89,16 @@ void LocalThumbnail::setSource(const QUrl &source)
     }
 }
 
-void LocalThumbnail::setRadius(double radius)
+void Thumbnail::setOrigin(Origin origin)
+{
+    if (m_origin != origin) {
+        m_origin = origin;
+        Q_EMIT originChanged();
+        polish();
+    }
+}
+
+void Thumbnail::setRadius(double radius)
 {
     if (m_radius != radius) {
         m_radius = radius;
@@ -95,7 +107,7 @@ void LocalThumbnail::setRadius(double radius)
     }
 }
 
-void LocalThumbnail::setStatus(Status status)
+void Thumbnail::setStatus(Status status)
 {
     if (m_status != status) {
         m_status = status;
@@ -103,13 +115,13 @@ void LocalThumbnail::setStatus(Status status)
     }
 }
 
-void LocalThumbnail::componentComplete()
+void Thumbnail::componentComplete()
 {
     QQuickItem::componentComplete();
     polish();
 }
 
-void LocalThumbnail::itemChange(ItemChange change, const ItemChangeData &data)
+void Thumbnail::itemChange(ItemChange change, const ItemChangeData &data)
 {
     if (change == ItemDevicePixelRatioHasChanged || change == ItemSceneChange) {
         polish();
@@ -117,7 +129,7 @@ void LocalThumbnail::itemChange(ItemChange change, const ItemChangeData &data)
     QQuickItem::itemChange(change, data);
 }
 
-void LocalThumbnail::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
+void Thumbnail::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
 {
     QQuickItem::geometryChange(newGeometry, oldGeometry);
     if (newGeometry.size() != oldGeometry.size()) {
@@ -125,75 +137,105 @@ void LocalThumbnail::geometryChange(const QRectF &newGeometry, const QRectF &old
     }
 }
 
-PictureFrame LocalThumbnail::frame() const
+PictureFrame Thumbnail::frame() const
 {
     const double ratio = window() ? window()->effectiveDevicePixelRatio() : 1;
     return {(size() * ratio).toSize(), m_radius * ratio};
 }
 
-void LocalThumbnail::drop()
+bool Thumbnail::isAllowed() const
+{
+    return m_origin == Origin::Web ? isWebAddress(m_source) : m_source.isLocalFile();
+}
+
+void Thumbnail::drop()
 {
     if (const auto wish = std::exchange(m_wish, nullptr)) {
         wish->isDropped = true;
         const std::scoped_lock guard(wish->lock);
         wish->item = nullptr;
     }
+    // Its announcement may be on the way; without the connection it is not delivered.
+    if (WebPicture *transfer = std::exchange(m_transfer, nullptr)) {
+        disconnect(transfer, nullptr, this, nullptr);
+        transfer->deleteLater();
+    }
 }
 
 // Once a frame at most, however many of its properties change.
-void LocalThumbnail::updatePolish()
+void Thumbnail::updatePolish()
 {
-    const PictureKey key{m_source, frame()};
-    if (!window() || (key.source == m_shownSource && key.frame == m_shownFrame)) {
+    const PictureFrame wanted = frame();
+    const bool isOther = m_source != m_shownSource || m_origin != m_shownOrigin;
+    if (!window() || (!isOther && wanted == m_shownFrame)) {
         return;
     }
     drop();
-    const bool isOther = key.source != m_shownSource;
-    m_shownSource = key.source;
-    m_shownFrame = key.frame;
+    m_shownSource = m_source;
+    m_shownOrigin = m_origin;
+    m_shownFrame = wanted;
     if (isOther) { // the same picture in another size is shown as it is until then
         m_picture = {};
         m_pictureIsNew = true;
         update();
     }
-    if (!key.source.isLocalFile() || key.frame.pixels.isEmpty()) {
-        setStatus(key.source.isEmpty() ? Status::Nothing : Status::Failed);
-        return;
+    if (m_source.isEmpty() || wanted.pixels.isEmpty()) {
+        setStatus(Status::Nothing);
+    } else if (!isAllowed()) {
+        setStatus(Status::Failed);
+    } else if (m_origin == Origin::Web) {
+        fetch();
+    } else {
+        decode();
     }
+}
+
+void Thumbnail::fetch()
+{
+    setStatus(Status::Loading);
+    m_transfer = new WebPicture(m_shownSource, m_shownFrame);
+    connect(m_transfer, &WebPicture::finished, this, [this](const QImage &picture) {
+        drop();
+        take(picture);
+    });
+    m_transfer->moveToThread(&webPictureThread());
+    QMetaObject::invokeMethod(m_transfer, &WebPicture::start, Qt::QueuedConnection);
+}
+
+void Thumbnail::decode()
+{
+    const PictureKey key{m_shownSource, m_shownFrame};
     if (const QImage *kept = pictureCache().object(key)) {
         take(*kept);
         return;
     }
     setStatus(Status::Loading);
     m_wish = std::make_shared<Wish>(this);
-    decoders().start(
-        [wish = m_wish, key] {
-            if (wish->isDropped) {
-                return;
+    const auto fulfil = [wish = m_wish, key] {
+        if (wish->isDropped) {
+            return;
+        }
+        const QImage picture = framedFile(key.source.toLocalFile(), key.frame);
+        const std::scoped_lock guard(wish->lock);
+        if (!wish->item) {
+            return;
+        }
+        const auto deliver = [item = wish->item, wish, key, picture] {
+            if (!picture.isNull()) {
+                pictureCache().insert(key, new QImage(picture),
+                                      static_cast<int>(picture.sizeInBytes() / 1024) + 1);
             }
-            const QImage picture = localPicture(key.source.toLocalFile(), key.frame);
-            const std::scoped_lock guard(wish->lock);
-            if (!wish->item) {
-                return;
+            if (!wish->isDropped) {
+                item->m_wish = nullptr;
+                item->take(picture);
             }
-            QMetaObject::invokeMethod(
-                wish->item,
-                [item = wish->item, wish, key, picture] {
-                    if (!picture.isNull()) {
-                        pictureCache().insert(key, new QImage(picture),
-                                              static_cast<int>(picture.sizeInBytes() / 1024) + 1);
-                    }
-                    if (!wish->isDropped) {
-                        item->m_wish = nullptr;
-                        item->take(picture);
-                    }
-                },
-                Qt::QueuedConnection);
-        },
-        nextWishPriority());
+        };
+        QMetaObject::invokeMethod(wish->item, deliver, Qt::QueuedConnection);
+    };
+    decoders().start(fulfil, nextWishPriority());
 }
 
-void LocalThumbnail::take(const QImage &picture)
+void Thumbnail::take(const QImage &picture)
 {
     m_picture = picture;
     m_pictureIsNew = true;
@@ -201,7 +243,7 @@ void LocalThumbnail::take(const QImage &picture)
     update();
 }
 
-QSGNode *LocalThumbnail::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
+QSGNode *Thumbnail::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
 {
     if (m_picture.isNull()) {
         delete old;
