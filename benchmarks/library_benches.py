@@ -55,7 +55,7 @@ def library_open(place):
             lambda: seconds(["sqlite3", str(file), NEWEST]), 21)
         yield verdict(ours, baseline, "the sqlite3 tool selecting the same rows", 2.0)
         # What a process that only loads the libraries works is not the library's.
-        starts = [lines(program(place, "open", file, ROWS))[0] for _ in range(21)]
+        starts = [lines(program(place, "profile", file, ROWS))[0] for _ in range(21)]
         shares = {name: statistics.median(start[name] for start in starts) * 1000
                   for name in ("loaded", "toolkit", "store", "rows")}
         yield ("milliseconds of the processor: libraries {loaded:.2f}, toolkit {toolkit:.2f}, "

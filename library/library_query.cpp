@@ -20,7 +20,7 @@ namespace {
 // The first page is what a screen shows at once; between the others other work has its turn.
 constexpr std::size_t firstPage = 50;
 constexpr std::size_t page = 5'000;
-constexpr std::size_t renewedAtOnce = 1'000;
+constexpr std::size_t renewedAtOnce = 400; // a search may wait for one commit of so many
 // Beyond these a view is quicker when it begins anew. Another search text shows other rows anyhow.
 constexpr std::size_t mostSearchChanges = 32;
 constexpr std::size_t mostStoreChanges = 256;
