@@ -31,9 +31,9 @@ int main(int argc, char *argv[])
     MacAppStore &store = program.store();
     QObject::connect(&instance, &SingleInstance::activated, &program, &Program::activate);
     QObject::connect(&instance, &SingleInstance::linkOpened, &store, &MacAppStore::handleOpenURL);
-    const auto showLibrary = [&store] { store.setSelectedTab(MacTab::library); };
-    QObject::connect(&instance, &SingleInstance::itemOpened, &store, showLibrary);
-    QObject::connect(&instance, &SingleInstance::searchRequested, &store, showLibrary);
+    QObject::connect(&instance, &SingleInstance::itemOpened, &program, &Program::showItem);
+    QObject::connect(&instance, &SingleInstance::searchRequested, &program,
+                     &Program::searchLibrary);
     instance.setReady();
     return QGuiApplication::exec();
 }

@@ -114,4 +114,16 @@ void Program::activate(const QString &token)
     m_window->requestActivate();
 }
 
+void Program::showItem(const QUuid &id)
+{
+    m_library.ask({.item = id, .search = {}});
+    m_store.setSelectedTab(MacTab::library);
+}
+
+void Program::searchLibrary(const QString &text)
+{
+    m_library.ask({.item = {}, .search = text});
+    m_store.setSelectedTab(MacTab::library);
+}
+
 }

@@ -34,6 +34,10 @@ public:
     [[nodiscard]] bool start();
     /// Brings the window to the front, with the desktop's leave where it gave a token.
     void activate(const QString &token);
+    /// The library's tab, with that item chosen and playing; without it where it is gone.
+    void showItem(const QUuid &id);
+    /// The library's tab, searched for that text.
+    void searchLibrary(const QString &text);
 
     [[nodiscard]] MacAppStore &store() { return m_store; }
     [[nodiscard]] HomeModel &home() { return m_home; }

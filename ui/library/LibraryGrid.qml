@@ -15,6 +15,7 @@ FocusScope {
     readonly property LibrarySelection selection: root.screen.selection
 
     function showCurrent() {
+        view.forceLayout(); // rows that have just come have no place yet
         if (root.selection.currentRow >= 0)
             view.positionViewAtIndex(root.selection.currentRow, GridView.Contain);
     }
@@ -127,6 +128,11 @@ FocusScope {
                 onClicked: modifiers => {
                     view.forceActiveFocus(Qt.MouseFocusReason);
                     root.selection.click(cell.itemId, modifiers);
+                }
+                // A screen reader takes the keyboard to one tile; the grid is what keeps it.
+                onActiveFocusChanged: if (tile.activeFocus) {
+                    view.forceActiveFocus(Qt.OtherFocusReason);
+                    root.selection.standAt(cell.itemId);
                 }
                 onMenuWanted: (x, y) => cell.openMenu(x, y)
                 onDragWanted: tile.startDrag(root.screen.draggedFiles(cell.itemId))

@@ -23,6 +23,13 @@ FocusScope {
         services: LibraryServices
     }
 
+    Connections {
+        function onItemShown() {
+            grid.showCurrent();
+        }
+        target: library
+    }
+
     // Keys of the screen: a text field that has the focus takes them first.
     Shortcut {
         enabled: root.visible && root.enabled

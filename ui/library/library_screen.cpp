@@ -41,6 +41,9 @@ LibraryScreen::LibraryScreen(QObject *parent) : QObject(parent), m_selection(*th
         }
     });
     connect(&m_selection, &LibrarySelection::changed, this, &LibraryScreen::updateChosen);
+    connect(&m_model, &LibraryItemsModel::countChanged, this, &LibraryScreen::showAwaited);
+    connect(&m_model, &LibraryItemsModel::isLoadedChanged, this, &LibraryScreen::showAwaited);
+    connect(&m_model, &LibraryItemsModel::searchAnswered, this, &LibraryScreen::showAwaited);
 }
 
 void LibraryScreen::setServices(LibraryServices *services)
@@ -55,10 +58,36 @@ void LibraryScreen::setServices(LibraryServices *services)
     };
     if (services) {
         connect(services, &LibraryServices::containerChanged, this, takeContainer);
+        connect(services, &LibraryServices::asked, this, &LibraryScreen::takeRequest);
     }
     takeContainer();
     recall();
+    takeRequest();
     Q_EMIT servicesChanged();
+}
+
+void LibraryScreen::takeRequest()
+{
+    const auto request = m_services ? m_services->takeRequest() : std::nullopt;
+    if (!request) {
+        return;
+    }
+    m_awaited = request->item;
+    // What hides the item gives way to it.
+    if (!request->item || m_model.rowOf(*request->item) < 0) {
+        setSearch(request->search);
+    }
+    showAwaited();
+}
+
+// It may come with a later part of the list, or with the answer to a search.
+void LibraryScreen::showAwaited()
+{
+    if (!m_awaited || m_model.rowOf(*m_awaited) < 0) {
+        return;
+    }
+    m_selection.choose(*std::exchange(m_awaited, std::nullopt));
+    Q_EMIT itemShown();
 }
 
 bool LibraryScreen::isEmpty() const
@@ -108,6 +137,7 @@ LibraryScreen::Facts LibraryScreen::facts(const QUuid &id) const
 
 void LibraryScreen::updateChosen()
 {
+    m_awaited.reset(); // whoever has chosen meanwhile
     if (m_selection.count() != 1) {
         m_one.reset();
     } else if (const QUuid id = *m_selection.ids().begin(); !m_one || m_one->id != id) {

@@ -101,6 +101,8 @@ Q_SIGNALS:
     void chosenChanged();
     void gridChanged();
     void memoryChanged();
+    /// An item that was asked for from outside has been chosen: it belongs into view.
+    void itemShown();
 
 private:
     struct Facts {
@@ -112,6 +114,8 @@ private:
     [[nodiscard]] QUuid idAt(int row) const override { return m_model.idAt(row); }
     [[nodiscard]] int rowOf(const QUuid &id) const override { return m_model.rowOf(id); }
 
+    void takeRequest();
+    void showAwaited();
     void updateChosen();
     void keepWhatSearchHides();
     [[nodiscard]] std::optional<DownloadItem> item(const QUuid &id) const;
@@ -126,6 +130,7 @@ private:
     LibrarySelection m_selection;
     TileGrid m_grid;
     std::optional<DownloadItem> m_one;
+    std::optional<QUuid> m_awaited;      // asked for from outside, and not yet among the rows
     QHash<QUuid, DownloadItem> m_hidden; // those of the choice that a search may hide
 
     double m_playerWidth = 0; // 0 until somebody moved the divider

@@ -27,7 +27,7 @@ void LibrarySelection::assign(QSet<QUuid> ids)
     }
 }
 
-void LibrarySelection::setCurrent(const QUuid &id)
+void LibrarySelection::standAt(const QUuid &id)
 {
     if (m_current != id) {
         m_current = id;
@@ -51,7 +51,7 @@ void LibrarySelection::click(const QUuid &id, Qt::KeyboardModifiers modifiers)
     if (std::exchange(m_didMarquee, false)) {
         return;
     }
-    setCurrent(id);
+    standAt(id);
     if (modifiers.testFlag(Qt::ControlModifier)) {
         QSet<QUuid> ids = m_ids;
         if (!ids.remove(id)) {
@@ -62,9 +62,15 @@ void LibrarySelection::click(const QUuid &id, Qt::KeyboardModifiers modifiers)
     } else if (modifiers.testFlag(Qt::ShiftModifier)) {
         selectFromAnchor(m_rows.rowOf(id));
     } else {
-        m_anchor = id;
-        assign({id});
+        choose(id);
     }
+}
+
+void LibrarySelection::choose(const QUuid &id)
+{
+    standAt(id);
+    m_anchor = id;
+    assign({id});
 }
 
 // An anchor that a search hides is none.
@@ -103,7 +109,7 @@ void LibrarySelection::move(int rows, Qt::KeyboardModifiers modifiers)
     // What is reached first is the first tile, whatever the key.
     const int row = from < 0 ? 0 : std::clamp(from + rows, 0, count - 1);
     const QUuid id = m_rows.idAt(row);
-    setCurrent(id);
+    standAt(id);
     if (modifiers.testFlag(Qt::ControlModifier)) {
         return;
     }
@@ -111,8 +117,7 @@ void LibrarySelection::move(int rows, Qt::KeyboardModifiers modifiers)
         selectFromAnchor(row);
         return;
     }
-    m_anchor = id;
-    assign({id});
+    choose(id);
 }
 
 void LibrarySelection::beginMarquee(QPointF start, Qt::KeyboardModifiers modifiers)

@@ -45,6 +45,10 @@ public:
 
     /// A plain tap on a tile.
     Q_INVOKABLE void click(const QUuid &id, Qt::KeyboardModifiers modifiers);
+    /// That item alone, whatever pointer or keys are doing.
+    void choose(const QUuid &id);
+    /// The keyboard stands at that item; the choice stays as it is.
+    Q_INVOKABLE void standAt(const QUuid &id);
     /// All visible items.
     Q_INVOKABLE void selectAll();
     Q_INVOKABLE void clear();
@@ -72,7 +76,6 @@ Q_SIGNALS:
 
 private:
     void assign(QSet<QUuid> ids);
-    void setCurrent(const QUuid &id);
     [[nodiscard]] QSet<QUuid> idsBetween(int one, int other) const;
     [[nodiscard]] QSet<QUuid> idsIn(const CellRange &cells) const;
     void selectFromAnchor(int row);

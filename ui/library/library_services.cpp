@@ -41,4 +41,15 @@ void LibraryServices::setContainer(std::shared_ptr<ModelContainer> container)
     }
 }
 
+void LibraryServices::ask(LibraryRequest request)
+{
+    m_request = std::move(request);
+    Q_EMIT asked();
+}
+
+std::optional<LibraryRequest> LibraryServices::takeRequest()
+{
+    return std::exchange(m_request, std::nullopt);
+}
+
 }

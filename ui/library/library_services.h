@@ -4,9 +4,11 @@
 #include "platform/defaults_store.h"
 
 #include <QObject>
+#include <QUuid>
 #include <QtQml/qqmlregistration.h>
 
 #include <memory>
+#include <optional>
 
 class QJSEngine;
 class QQmlEngine;
@@ -15,6 +17,12 @@ namespace veltro {
 
 class ModelContainer;
 class Workspace;
+
+/// What somebody outside the library's screen wants to see in it: one item, or what a search finds.
+struct LibraryRequest {
+    std::optional<QUuid> item;
+    QString search;
+};
 
 /// What the library's screen works with: the store's container, once it is open, and the desktop.
 /// One for the life of the program. Main thread.
@@ -31,6 +39,9 @@ public:
     /// Null until the store is open, and when it cannot be opened.
     [[nodiscard]] const std::shared_ptr<ModelContainer> &container() const { return m_container; }
     void setContainer(std::shared_ptr<ModelContainer> container);
+    /// Kept until a screen takes it, which may yet have to be made.
+    void ask(LibraryRequest request);
+    [[nodiscard]] std::optional<LibraryRequest> takeRequest();
     [[nodiscard]] Workspace &workspace() const { return m_workspace; }
     [[nodiscard]] const DefaultsStore &defaults() const { return m_defaults; }
 
@@ -39,11 +50,13 @@ public:
 
 Q_SIGNALS:
     void containerChanged();
+    void asked();
 
 private:
     Workspace &m_workspace;
     const DefaultsStore m_defaults;
     std::shared_ptr<ModelContainer> m_container;
+    std::optional<LibraryRequest> m_request;
 };
 
 /// What the singleton LibraryServices of QML engines stands for; set before an engine loads its
