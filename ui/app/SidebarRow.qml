@@ -5,7 +5,7 @@ import QtQuick.Templates as T
 import Veltro.Design
 
 /// One tab: icon, title, and a number when there is one to show. Up and down move the selection.
-T.AbstractButton {
+T.TabButton {
     id: root
 
     required property string symbol
@@ -13,6 +13,7 @@ T.AbstractButton {
     signal stepped(int by)
 
     implicitHeight: 34
+    checkable: false
     hoverEnabled: true
     focusPolicy: Qt.TabFocus
     Accessible.role: Accessible.PageTab

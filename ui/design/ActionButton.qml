@@ -52,6 +52,8 @@ T.Button {
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: text
+    Accessible.onPressAction: if (root.enabled)
+        root.clicked()
 
     contentItem: Row {
         spacing: root.spacing

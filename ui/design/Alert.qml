@@ -10,12 +10,10 @@ import Veltro.Design
 Sheet {
     id: root
 
-    property string title
     property string message
     property string acceptText: qsTr("OK")
     property string cancelText
     property bool destructive: false
-    signal accepted
 
     width: 380
     height: column.implicitHeight + 44
@@ -86,16 +84,11 @@ Sheet {
                     ground: root.destructive ? Theme.danger : Theme.accent
                     font.pixelSize: 13
                     horizontalPadding: 22
-                    onClicked: root.take()
-                    Keys.onReturnPressed: root.take()
-                    Keys.onEnterPressed: root.take()
+                    onClicked: root.accept()
+                    Keys.onReturnPressed: root.accept()
+                    Keys.onEnterPressed: root.accept()
                 }
             }
         }
-    }
-
-    function take() {
-        root.accepted();
-        root.close();
     }
 }

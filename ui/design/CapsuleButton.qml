@@ -28,6 +28,8 @@ T.Button {
     opacity: enabled ? 1 : 0.4
     Accessible.role: Accessible.Button
     Accessible.name: text
+    Accessible.onPressAction: if (root.enabled)
+        root.clicked()
 
     contentItem: Row {
         spacing: root.spacing

@@ -14,4 +14,6 @@ Text {
     Accessible.role: Accessible.StaticText
     Accessible.name: text
     Accessible.ignored: text === ""
+    // The role alone would make it so; only a binding comes late enough to take that back.
+    Accessible.focusable: root.activeFocusOnTab
 }

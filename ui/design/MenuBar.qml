@@ -9,6 +9,12 @@ import Veltro.Design
 T.MenuBar {
     id: root
 
+    function openFirst() {
+        const first = root.itemAt(0) as T.MenuBarItem;
+        if (first)
+            first.triggered();
+    }
+
     implicitWidth: 200
     implicitHeight: 30
     leftPadding: 8
@@ -20,15 +26,21 @@ T.MenuBar {
     delegate: T.MenuBarItem {
         id: entry
 
+        /// The title without the mark of the letter that opens the menu together with Alt.
+        readonly property string caption: (entry.menu ? entry.menu.title : entry.text).replace(/&(.)/, "$1")
+
         implicitWidth: title.implicitWidth + 20
         implicitHeight: 24
         hoverEnabled: true
-        Accessible.role: Accessible.MenuItem
-        Accessible.name: menu ? menu.title : text
+        // Its own role would be a menu bar's, whatever is said here: its text speaks for it.
+        Accessible.ignored: true
 
         contentItem: Text {
             id: title
-            text: entry.menu ? entry.menu.title : entry.text
+            text: entry.caption
+            Accessible.role: Accessible.MenuItem
+            Accessible.name: entry.caption
+            Accessible.onPressAction: entry.triggered()
             textFormat: Text.PlainText
             font: root.font
             color: Theme.ink

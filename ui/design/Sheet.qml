@@ -6,7 +6,7 @@ import Veltro.Design
 
 /// A card over the dimmed window that has the keyboard until it is closed. Escape closes it.
 /// Set width and height where it is used.
-T.Popup {
+T.Dialog {
     id: root
 
     property string accessibleName
@@ -18,6 +18,7 @@ T.Popup {
     focus: true
     padding: 0
     closePolicy: T.Popup.CloseOnEscape
+    title: root.accessibleName // which its accessible object is called by
 
     T.Overlay.modal: Dim {}
     background: Surface {
@@ -28,8 +29,6 @@ T.Popup {
         shadowColor: Theme.shadow(0.22)
         shadowBlur: 44
         shadowOffsetY: 16
-        Accessible.role: Accessible.Dialog
-        Accessible.name: root.accessibleName
     }
     enter: Transition {
         NumberAnimation {

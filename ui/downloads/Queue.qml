@@ -39,7 +39,6 @@ FocusScope {
         topMargin: 36
         bottomMargin: Theme.pageMargin
         focus: true
-        activeFocusOnTab: count > 0
         reuseItems: true
         // Rows that are made ahead, in the background, are complained about when they are removed.
         cacheBuffer: 0

@@ -12,6 +12,7 @@ Item {
     property bool hasRule: false
 
     Accessible.role: Accessible.StaticText
+    Accessible.focusable: root.activeFocusOnTab
     Accessible.name: qsTr("%1: %2").arg(root.title).arg(root.count)
 
     Rectangle {

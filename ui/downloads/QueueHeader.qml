@@ -48,6 +48,7 @@ Column {
             hoverEnabled: true
             Accessible.role: Accessible.Button
             Accessible.name: qsTr("Clear finished downloads")
+            Accessible.onPressAction: root.clearRequested()
             onClicked: root.clearRequested()
 
             contentItem: Row {

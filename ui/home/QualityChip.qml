@@ -5,18 +5,17 @@ import QtQuick.Templates as T
 import Veltro.Design
 
 /// One quality on a capsule.
-T.AbstractButton {
+T.RadioButton {
     id: root
 
     implicitWidth: label.implicitWidth + 28
     implicitHeight: label.implicitHeight + 14
-    checkable: true
-    autoExclusive: true
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.RadioButton
     Accessible.name: text
-    Accessible.checked: checked
+    Accessible.onPressAction: root.clicked()
+    Accessible.onToggleAction: root.clicked()
 
     contentItem: Item {
         Text {

@@ -21,6 +21,7 @@ T.AbstractButton {
     Accessible.role: Accessible.Button
     Accessible.name: root.title
     Accessible.description: root.host
+    Accessible.onPressAction: root.clicked()
 
     contentItem: Item {
         Rectangle {

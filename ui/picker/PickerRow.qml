@@ -19,6 +19,7 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: root.title
     Accessible.description: root.trailing === "" ? root.leading : qsTr("%1, %2").arg(root.leading).arg(root.trailing)
+    Accessible.onPressAction: root.clicked()
     Keys.onReturnPressed: root.clicked()
     Keys.onEnterPressed: root.clicked()
 

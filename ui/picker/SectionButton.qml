@@ -5,7 +5,7 @@ import QtQuick.Templates as T
 import Veltro.Design
 
 /// The name of a list with the number of formats of its kind.
-T.Button {
+T.TabButton {
     id: root
 
     property int count: 0
@@ -13,13 +13,14 @@ T.Button {
     readonly property color foreground: selected ? Theme.ink : Theme.inkTertiary
 
     implicitHeight: 34
+    checkable: false
     horizontalPadding: 12
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     Accessible.role: Accessible.PageTab
     Accessible.name: qsTr("%1, %2").arg(root.text).arg(root.count)
-    Accessible.checkable: true
-    Accessible.checked: root.selected
+    Accessible.selected: root.selected
+    Accessible.onPressAction: root.clicked()
 
     contentItem: Item {
         Label {

@@ -27,14 +27,17 @@ FocusScope {
 
     implicitWidth: 320
     implicitHeight: 180
-    Accessible.role: Accessible.Pane
+    Accessible.role: Accessible.Grouping
     Accessible.name: qsTr("Player")
     Component.onDestruction: stage.setFullScreen(false)
 
-    FocusScope {
+    // No scope of its own: a click has to give the keyboard to the picture, not back to the control
+    // that had it last.
+    Item {
         id: stage
 
         property bool fullScreen: false
+        property bool clicked: false
         // The desktop may take it back by itself.
         readonly property bool windowFillsScreen: root.Window.visibility === Window.FullScreen
 
@@ -54,9 +57,14 @@ FocusScope {
         z: stage.fullScreen ? 1000 : 0
         focus: true
         activeFocusOnTab: true
+        Accessible.role: Accessible.Animation
+        Accessible.name: qsTr("Video")
+        Accessible.focusable: true
+        Accessible.onPressAction: player.togglePlaying()
         onWindowFillsScreenChanged: if (!stage.windowFillsScreen)
             stage.setFullScreen(false)
 
+        onActiveFocusChanged: stage.clicked = stage.clicked && stage.activeFocus
         Keys.onSpacePressed: player.togglePlaying()
         Keys.onEscapePressed: event => {
             event.accepted = stage.fullScreen;
@@ -78,9 +86,6 @@ FocusScope {
             volume: root.volume
             muted: root.muted
             visible: status !== VideoPlayer.Failed
-            Accessible.role: Accessible.Graphic
-            Accessible.name: qsTr("Video")
-            Accessible.ignored: player.videoSize.width === 0
         }
         // sound without a picture
         Symbol {
@@ -129,6 +134,7 @@ FocusScope {
                 stillness.restart();
             }
             onClicked: {
+                stage.clicked = true;
                 stage.forceActiveFocus();
                 player.togglePlaying();
             }
@@ -165,6 +171,10 @@ FocusScope {
             HoverHandler {
                 id: onControls
             }
+        }
+        FocusRing {
+            shown: stage.activeFocus && !stage.clicked && !stage.fullScreen
+            inset: 0
         }
     }
 }

@@ -19,6 +19,13 @@ T.Slider {
     live: true
     Accessible.role: Accessible.Slider
     Accessible.name: root.label
+    Accessible.onIncreaseAction: root.step(1)
+    Accessible.onDecreaseAction: root.step(-1)
+
+    function step(by: int) {
+        root.value += by * root.stepSize;
+        root.moved();
+    }
 
     background: Rectangle {
         y: (root.height - height) / 2

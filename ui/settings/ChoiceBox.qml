@@ -27,6 +27,7 @@ T.ComboBox {
     Accessible.role: Accessible.ComboBox
     Accessible.name: root.name
     Accessible.description: root.displayText
+    Accessible.onPressAction: root.popup.open()
     onActivated: index => {
         root.chosen(index);
         // The owner of the setting decides; typing and picking have broken the binding.
@@ -73,6 +74,7 @@ T.ComboBox {
         Accessible.role: Accessible.ListItem
         Accessible.name: entry.modelData
         Accessible.selected: root.currentIndex === entry.index
+        Accessible.onPressAction: entry.clicked()
 
         contentItem: Item {
             Symbol {

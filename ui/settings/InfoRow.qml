@@ -11,6 +11,7 @@ SettingsRow {
 
     implicitHeight: 40
     Accessible.role: Accessible.StaticText
+    Accessible.focusable: root.activeFocusOnTab
     Accessible.name: qsTr("%1: %2").arg(root.text).arg(root.value)
 
     Label {

@@ -12,8 +12,9 @@ T.AbstractButton {
     height: implicitHeight
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
-    Accessible.role: Accessible.Link
+    Accessible.role: Accessible.Button
     Accessible.name: text
+    Accessible.onPressAction: root.clicked()
 
     RowRule {}
     contentItem: Item {

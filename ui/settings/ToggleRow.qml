@@ -5,10 +5,12 @@ import QtQuick.Templates as T
 import Veltro.Design
 
 /// A row that is on or off. It shows what it is told, and announces what the user wants.
-T.AbstractButton {
+T.CheckBox {
     id: root
 
     property bool isOn: false
+    checked: root.isOn
+    nextCheckState: () => root.checkState
 
     signal switched(on: bool)
 
@@ -17,8 +19,7 @@ T.AbstractButton {
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.CheckBox
     Accessible.name: text
-    Accessible.checkable: true
-    Accessible.checked: root.isOn
+    Accessible.onPressAction: root.clicked()
     Accessible.onToggleAction: root.clicked()
     onClicked: root.switched(!root.isOn)
 
