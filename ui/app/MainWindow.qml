@@ -50,8 +50,12 @@ T.ApplicationWindow {
     }
 
     menuBar: WindowMenus {
+        id: menus
         store: root.store
-        onSettingsRequested: settings.show()
+        onSettingsRequested: {
+            settings.show();
+            settings.requestActivate();
+        }
         onAboutRequested: sheets.showAbout()
         onUpdatesRequested: root.updates.checkForUpdates()
         onQuitRequested: root.close()
@@ -60,6 +64,7 @@ T.ApplicationWindow {
         store: root.store
         home: root.home
         enabled: !sheets.open
+        onMenusRequested: menus.openFirst()
         onQuitRequested: root.close()
     }
     Sidebar {

@@ -24,11 +24,8 @@ T.ApplicationWindow {
     font.family: Theme.family
     font.pixelSize: 13
 
-    onVisibleChanged: if (root.visible) {
+    onVisibleChanged: if (root.visible)
         screen.load();
-        root.raise();
-        root.requestActivate();
-    }
 
     Shortcut {
         sequences: ["Escape", "Ctrl+W"]

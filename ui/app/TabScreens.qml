@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 pragma ComponentBehavior: Bound
 import QtQuick
+import QtQuick.Templates as T
 import Veltro.App
 import Veltro.Home
 import Veltro.Types
@@ -39,10 +40,18 @@ Item {
 
         anchors.fill: parent
         focus: true
+        // Home has its own use for Return; elsewhere it presses what has the focus, as Space does.
+        Keys.onReturnPressed: other.pressFocused()
+        Keys.onEnterPressed: other.pressFocused()
         onFileChanged: other.load()
         Component.onCompleted: other.load()
         onLoaded: (other.item as Item).forceActiveFocus()
 
+        function pressFocused() {
+            const button = root.Window.activeFocusItem as T.AbstractButton;
+            if (button && button.enabled)
+                button.clicked();
+        }
         function load() {
             other.setSource(other.file, {
                 "store": root.store

@@ -10,6 +10,7 @@ Item {
 
     required property MacAppStore store
     required property HomeModel home
+    signal menusRequested
     signal quitRequested
 
     Shortcut {
@@ -41,6 +42,11 @@ Item {
         sequence: "Ctrl+,"
         enabled: root.enabled
         onActivated: root.store.selectedTab = Tab.Settings
+    }
+    Shortcut {
+        sequence: "F10"
+        enabled: root.enabled
+        onActivated: root.menusRequested()
     }
     Shortcut {
         sequence: "Ctrl+Q"

@@ -20,7 +20,7 @@ MenuBar {
         id: information
     }
     Menu {
-        title: qsTr("File")
+        title: qsTr("&File")
 
         MenuItem {
             objectName: "menuPaste"
@@ -48,9 +48,10 @@ MenuBar {
         }
     }
     Menu {
-        title: qsTr("View")
+        title: qsTr("&View")
 
         MenuItem {
+            objectName: "menuLibrary"
             text: qsTr("Show Library")
             keys: "Ctrl+2"
             onTriggered: root.store.selectedTab = Tab.Library
@@ -67,7 +68,7 @@ MenuBar {
         }
     }
     Menu {
-        title: qsTr("Help")
+        title: qsTr("&Help")
 
         MenuItem {
             objectName: "menuSupport"

@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 pragma ComponentBehavior: Bound
 import QtQuick
-import Veltro.Design
 
-/// The qualities in a row; the arrow keys move between them.
+/// The qualities in a row. Tab stops at the chosen one, and the arrow keys choose another.
 Row {
     id: root
 
@@ -12,11 +11,21 @@ Row {
     required property int selected
     signal picked(int tier)
 
+    function step(by: int) {
+        const chip = chips.itemAt(root.selected + by);
+        if (chip) {
+            // First, since a chip that has the focus cannot cease to be a stop.
+            chip.forceActiveFocus(Qt.TabFocusReason);
+            root.picked(root.selected + by);
+        }
+    }
+
     spacing: 8
     Accessible.role: Accessible.Grouping
     Accessible.name: qsTr("Quality")
 
     Repeater {
+        id: chips
         model: root.labels
         delegate: QualityChip {
             id: chip
@@ -27,9 +36,10 @@ Row {
             objectName: "chip" + index
             text: chip.modelData
             checked: chip.index === root.selected
+            focusPolicy: chip.checked ? Qt.StrongFocus : Qt.ClickFocus
             onClicked: root.picked(chip.index)
-            Keys.onLeftPressed: chip.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
-            Keys.onRightPressed: chip.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+            Keys.onLeftPressed: root.step(-1)
+            Keys.onRightPressed: root.step(1)
         }
     }
 }

@@ -53,15 +53,27 @@ FocusScope {
         orientation: Qt.Horizontal
         handle: Item {
             id: divider
+
+            function move(by: real) {
+                const most = split.width - 360 - divider.width;
+                library.rememberPlayerWidth(Math.max(320, Math.min(most, pane.width - by)));
+            }
+
             implicitWidth: 9
+            activeFocusOnTab: true
             Accessible.role: Accessible.Splitter
-            Accessible.name: qsTr("Divider")
+            Accessible.name: qsTr("Width of the player")
+            Accessible.focusable: true
+            Accessible.onDecreaseAction: divider.move(10)
+            Accessible.onIncreaseAction: divider.move(-10)
+            Keys.onLeftPressed: divider.move(-10)
+            Keys.onRightPressed: divider.move(10)
 
             Rectangle {
                 anchors.horizontalCenter: parent.horizontalCenter
-                width: 1
+                width: divider.activeFocus ? 3 : 1
                 height: parent.height
-                color: divider.T.SplitHandle.pressed ? Theme.accent : Theme.hairline
+                color: divider.activeFocus ? Theme.focus : divider.T.SplitHandle.pressed ? Theme.accent : Theme.hairline
             }
             HoverHandler {
                 cursorShape: Qt.SplitHCursor
@@ -85,6 +97,7 @@ FocusScope {
                 screen: library
             }
             LibraryGrid {
+                id: grid
                 anchors.left: parent.left
                 anchors.leftMargin: 20
                 anchors.right: parent.right
