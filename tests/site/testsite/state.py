@@ -25,9 +25,12 @@ class RequestLog:
             self._entries.append(entry)
         return entry
 
-    def lines(self):
+    def entries(self):
         with self._lock:
-            return "".join(json.dumps(entry) + "\n" for entry in self._entries)
+            return [dict(entry) for entry in self._entries]
+
+    def lines(self):
+        return "".join(json.dumps(entry) + "\n" for entry in self.entries())
 
     def clear(self):
         with self._lock:

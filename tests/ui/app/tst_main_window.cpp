@@ -22,7 +22,11 @@ private Q_SLOTS:
     void theSidebarFollowsTheStore();
     void theDividerStaysWithinItsLimits();
     void eachKeyDoesItsOneThing();
+    void theKeyForPastingDoesWhatItsPlaceSays_data();
+    void theKeyForPastingDoesWhatItsPlaceSays();
+    void theMenusDoTheSameWhereverTheyAreOpened();
     void noKeyIsHeardUnderASheet();
+    void returnSubmitsOnceWhereverTheFocusIsOnHome_data();
     void returnSubmitsOnceWhereverTheFocusIsOnHome();
     void bannersComeWithTheirToastsAndLeaveInTime();
     void anEngineErrorIsToldOnceAndSettled();
@@ -155,6 +159,11 @@ void TestMainWindow::theDividerStaysWithinItsLimits()
     QCOMPARE(value(QStringLiteral("sidebar"), "width").toInt(), 280);
     drag(-400);
     QCOMPARE(value(QStringLiteral("sidebar"), "width").toInt(), 220);
+    divider.forceActiveFocus(Qt::TabFocusReason);
+    QTest::keyClick(&m_bench->window(), Qt::Key_Left);
+    QCOMPARE(value(QStringLiteral("sidebar"), "width").toInt(), 220);
+    QTest::keyClick(&m_bench->window(), Qt::Key_Right);
+    QCOMPARE(value(QStringLiteral("sidebar"), "width").toInt(), 230);
 }
 
 void TestMainWindow::eachKeyDoesItsOneThing()
@@ -170,19 +179,82 @@ void TestMainWindow::eachKeyDoesItsOneThing()
     QTest::keyClick(window, Qt::Key_1, Qt::ControlModifier);
     QCOMPARE(store.selectedTab(), MacTab::settings);
 
-    // Elsewhere than on Home a pasted link asks for a format; on Home it is saved at the tier.
+    // The first stop of the keyboard in the menus, and the way on through them.
+    QTest::keyClick(window, Qt::Key_F10);
+    QTRY_VERIFY(m_bench->isShown(QStringLiteral("menuPaste")));
+    QTest::keyClick(window, Qt::Key_Right);
+    QTRY_VERIFY(m_bench->isShown(QStringLiteral("menuLibrary")));
+    QTest::keyClick(window, Qt::Key_Down);
+    QTest::keyClick(window, Qt::Key_Return);
+    QCOMPARE(store.selectedTab(), MacTab::library);
+    QTRY_VERIFY(!m_bench->isShown(QStringLiteral("menuLibrary")));
+    QTest::keyClick(window, Qt::Key_H, Qt::AltModifier);
+    QTRY_VERIFY(m_bench->isShown(QStringLiteral("menuAbout")));
+}
+
+void TestMainWindow::theKeyForPastingDoesWhatItsPlaceSays_data()
+{
+    QTest::addColumn<MacTab>("tab");
+    QTest::addColumn<QString>("over");
+    const auto row = [](const char *name, MacTab tab, const char *over) {
+        QTest::newRow(name) << tab << QString::fromLatin1(over);
+    };
+    row("on Home it saves at the tier", MacTab::home, "");
+    row("in the library it asks for a format", MacTab::library, "");
+    row("in the queue it asks for a format", MacTab::downloads, "");
+    row("in the settings it asks for a format", MacTab::settings, "");
+    row("under a sheet it does nothing", MacTab::home, "batchSheet");
+    row("under another tab's sheet it does nothing", MacTab::downloads, "batchSheet");
+    row("under an alert it does nothing", MacTab::home, "engineAlert");
+    row("under a panel it does nothing", MacTab::library, "aboutPanel");
+}
+
+void TestMainWindow::theKeyForPastingDoesWhatItsPlaceSays()
+{
+    QFETCH(MacTab, tab);
+    QFETCH(QString, over);
+    MacAppStore &store = m_bench->store();
+    const auto paste = [this](const QString &page) {
+        m_bench->pasteboard.held = m_bench->site.url(page).toString();
+        QTest::keyClick(&m_bench->window(), Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
+    };
+    store.setSelectedTab(tab);
+    if (!over.isEmpty()) {
+        QObject &popup = m_bench->popup(over);
+        QMetaObject::invokeMethod(&popup, "open");
+        QTRY_VERIFY(popup.property("opened").toBool());
+        paste(QStringLiteral("/sources"));
+        QMetaObject::invokeMethod(&popup, "close");
+        QTRY_VERIFY(!popup.property("visible").toBool());
+    }
+    // What is pasted next is probed after anything that was pasted before.
+    paste(QStringLiteral("/plain"));
+    const bool saves = tab == MacTab::home;
+    TRY(saves ? m_bench->downloads().count() == 1 : store.hasPendingFormatPick());
+    QCOMPARE(store.hasPendingFormatPick(), !saves);
+    QCOMPARE(m_bench->site.requestCount(QStringLiteral("/sources")), 0);
+}
+
+void TestMainWindow::theMenusDoTheSameWhereverTheyAreOpened()
+{
+    // By pointer "Paste & Save…" asks for a format on Home too.
     m_bench->pasteboard.held = m_bench->site.url(QStringLiteral("/plain")).toString();
-    QTest::keyClick(window, Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
-    TRY(store.hasPendingFormatPick());
-    QObject &picker = m_bench->popup(QStringLiteral("formatPicker"));
-    QTRY_VERIFY(picker.property("opened").toBool());
-    store.clearPendingFormatPick();
-    QTRY_VERIFY(!picker.property("visible").toBool()); // until then it has the keys
+    m_bench->clickMenu(0, QStringLiteral("menuPaste"));
+    QVERIFY(!m_bench->homeModel().working());
+    TRY(m_bench->store().hasPendingFormatPick());
     QVERIFY(m_bench->homeModel().urlText().isEmpty());
-    store.setSelectedTab(MacTab::home);
-    QTest::keyClick(window, Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
-    TRY(m_bench->downloads().count() == 1);
-    QVERIFY(!store.hasPendingFormatPick());
+    m_bench->store().clearPendingFormatPick();
+    QObject &picker = m_bench->popup(QStringLiteral("formatPicker"));
+    QTRY_VERIFY(!picker.property("visible").toBool());
+
+    m_bench->clickMenu(0, QStringLiteral("menuSettings"));
+    const auto *settings =
+        qobject_cast<QQuickWindow *>(&m_bench->popup(QStringLiteral("settingsWindow")));
+    QVERIFY(settings);
+    QTRY_VERIFY(settings->isVisible());
+    QCOMPARE(settings->size(), QSize(560, 520));
+    QCOMPARE(m_bench->store().selectedTab(), MacTab::home);
+    QVERIFY(value(QStringLiteral("menuSettings"), "keys").toString().isEmpty());
 }
 
 void TestMainWindow::noKeyIsHeardUnderASheet()
@@ -190,34 +262,45 @@ void TestMainWindow::noKeyIsHeardUnderASheet()
     MacAppStore &store = m_bench->store();
     QTest::keyClick(&m_bench->window(), Qt::Key_B, Qt::ControlModifier | Qt::ShiftModifier);
     QVERIFY(store.showBatchPaste());
-    m_bench->pasteboard.held = m_bench->site.url(QStringLiteral("/plain")).toString();
     QTRY_VERIFY(m_bench->popup(QStringLiteral("batchSheet")).property("opened").toBool());
-    QTest::keyClick(&m_bench->window(), Qt::Key_2, Qt::ControlModifier);
-    QTest::keyClick(&m_bench->window(), Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
-    QCOMPARE(store.selectedTab(), MacTab::home);
-    QVERIFY(!m_bench->homeModel().working());
+    for (const Qt::Key key : {Qt::Key_2, Qt::Key_3, Qt::Key_Comma}) {
+        QTest::keyClick(&m_bench->window(), key, Qt::ControlModifier);
+        QCOMPARE(store.selectedTab(), MacTab::home);
+    }
+    QTest::keyClick(&m_bench->window(), Qt::Key_F10);
+    QVERIFY(!m_bench->isShown(QStringLiteral("menuPaste")));
     QTest::keyClick(&m_bench->window(), Qt::Key_Escape);
     QTRY_VERIFY(!store.showBatchPaste());
 }
 
+void TestMainWindow::returnSubmitsOnceWhereverTheFocusIsOnHome_data()
+{
+    QTest::addColumn<QString>("focused");
+    for (const char *item : {"urlField", "clear", "pasteAndSave", "pasteMany", "save", "chip1"}) {
+        QTest::newRow(item) << QString::fromLatin1(item);
+    }
+}
+
 void TestMainWindow::returnSubmitsOnceWhereverTheFocusIsOnHome()
 {
+    QFETCH(QString, focused);
     m_bench->site.addRule(QStringLiteral("match=/plain&hold=0"));
-    QWindow *window = &m_bench->window();
     m_bench->homeModel().setUrlText(m_bench->site.url(QStringLiteral("/plain")).toString());
     QCOMPARE(value(QStringLiteral("save"), "opacity").toDouble(), 1.0);
-    m_bench->item(QStringLiteral("chip3")).forceActiveFocus();
-    QTest::keyClick(window, Qt::Key_Return);
-    QVERIFY(m_bench->homeModel().working());
+    m_bench->item(focused).forceActiveFocus(Qt::TabFocusReason);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Return}) {
+        QTest::keyClick(&m_bench->window(), key);
+        QVERIFY(m_bench->homeModel().working());
+    }
     QVERIFY(!value(QStringLiteral("save"), "enabled").toBool());
-    QTest::keyClick(window, Qt::Key_Return);
-    m_bench->item(QStringLiteral("urlField")).forceActiveFocus();
-    QTest::keyClick(window, Qt::Key_Enter);
     m_bench->click(QStringLiteral("save"));
     TRY(m_bench->site.requestCount(QStringLiteral("/plain")) > 0);
     m_bench->site.release();
     TRY(!m_bench->homeModel().working());
     QCOMPARE(m_bench->downloads().count(), 1);
+    TRY(m_bench->store().finishedCount() == 1);
+    // Looked at once, and saved once.
+    QCOMPARE(m_bench->site.requestCount(QStringLiteral("/plain")), 2);
 }
 
 void TestMainWindow::bannersComeWithTheirToastsAndLeaveInTime()

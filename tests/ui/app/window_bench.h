@@ -92,14 +92,34 @@ public:
         }
         return *found;
     }
-    void click(const QString &name)
+    /// Whether the item of that name can be seen; it may belong to a menu.
+    [[nodiscard]] bool isShown(const QString &name) const
     {
-        QQuickItem &target = item(name);
+        const auto *found = m_window->findChild<QQuickItem *>(name);
+        return found != nullptr && found->isVisible() && found->window() != nullptr;
+    }
+    /// By pointer, from the menu bar on.
+    void clickMenu(int menu, const QString &line)
+    {
+        QQuickItem *entry = nullptr;
+        QQuickItem *bar = m_window->property("menuBar").value<QQuickItem *>();
+        QMetaObject::invokeMethod(bar, "itemAt", Q_RETURN_ARG(QQuickItem *, entry),
+                                  Q_ARG(int, menu));
+        clickItem(*entry);
+        if (!QTest::qWaitFor([this, &line] { return isShown(line); })) {
+            qFatal("the menu does not open");
+        }
+        clickItem(*m_window->findChild<QQuickItem *>(line));
+    }
+    void click(const QString &name) { clickItem(item(name)); }
+
+private:
+    void clickItem(const QQuickItem &target)
+    {
         const QPointF middle = target.mapToScene({target.width() / 2, target.height() / 2});
         QTest::mouseClick(m_window, Qt::LeftButton, Qt::NoModifier, middle.toPoint());
     }
 
-private:
     WindowMemory m_memory;
     HomeModel m_home;
     LibraryServices m_library;
