@@ -22,8 +22,8 @@ Item {
     Behavior on progress {
         NumberAnimation {
             duration: root.springs ? Theme.springDuration : 250
-            easing.type: root.springs ? Easing.BezierSpline : Easing.OutCubic
-            easing.bezierCurve: Theme.spring
+            easing.type: Easing.BezierSpline
+            easing.bezierCurve: root.springs ? Theme.spring : Theme.easeOut
         }
     }
     Item {

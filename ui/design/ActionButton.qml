@@ -63,7 +63,8 @@ T.Button {
         Behavior on opacity {
             NumberAnimation {
                 duration: Theme.quick
-                easing.type: Easing.OutCubic
+                easing.type: Easing.BezierSpline
+                easing.bezierCurve: Theme.easeOut
             }
         }
         LineIcon {
@@ -93,7 +94,8 @@ T.Button {
         Behavior on opacity {
             NumberAnimation {
                 duration: Theme.quick
-                easing.type: Easing.OutCubic
+                easing.type: Easing.BezierSpline
+                easing.bezierCurve: Theme.easeOut
             }
         }
         FocusRing {

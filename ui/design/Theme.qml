@@ -53,8 +53,11 @@ QtObject {
     // motion
     readonly property int quick: 120
     readonly property int springDuration: 500
-    /// A critically damped spring of response 0.35 over springDuration.
-    readonly property var spring: [0.13, 0.52, 0.24, 0.995, 1, 1]
+    /// A critically damped spring of response 0.35 over springDuration, to 0.02 of its way.
+    readonly property var spring: [0.287, 0.459, 0.042, 1, 1, 1]
+    readonly property var easeIn: [0.42, 0, 1, 1, 1, 1]
+    readonly property var easeOut: [0, 0, 0.58, 1, 1, 1]
+    readonly property var easeInOut: [0.42, 0, 0.58, 1, 1, 1]
 
     /// The colour of a shadow.
     function shadow(opacity: real): color {

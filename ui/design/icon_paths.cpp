@@ -33,8 +33,8 @@ const QHash<QString, IconWords> &iconWords()
         {QStringLiteral("download"), {"M 12 4 L 12 19 M 6 13 L 12 19 L 18 13"}},
         {QStringLiteral("arrowRight"), {"M 4 12 L 19 12 M 13 6 L 19 12 L 13 18"}},
         {QStringLiteral("link"),
-         {"M 10 14 Q 6 10 8 10 L 12.5 5.5 Q 15 3.4 17 5.2"
-          " M 14 10 Q 18 14 16 14 L 11.5 18.5 Q 9 20.6 7 18.8"}},
+         {"M 10 14 Q 3.4 8.4 6 5.8 L 6.6 5.2 Q 9.4 2.6 13.2 6.4"
+          " M 14 10 Q 20.6 15.6 18 18.2 L 17.4 18.8 Q 14.6 21.4 10.8 17.6"}},
         {QStringLiteral("clipboard"), {"R 6 5 12 16 2 R 9 3 6 4 1"}},
         {QStringLiteral("close"), {cross}},
         {QStringLiteral("play"), {"M 8 5 L 19 12 L 8 19 Z"}},

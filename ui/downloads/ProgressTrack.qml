@@ -34,7 +34,7 @@ Rectangle {
             NumberAnimation {
                 duration: 300
                 easing.type: Easing.BezierSpline
-                easing.bezierCurve: [0, 0, 0.58, 1, 1, 1]
+                easing.bezierCurve: Theme.easeOut
             }
         }
     }

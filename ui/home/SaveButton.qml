@@ -78,7 +78,8 @@ ActionButton {
                         from: 0
                         to: 1
                         duration: 550
-                        easing.type: Easing.InOutCubic
+                        easing.type: Easing.BezierSpline
+                        easing.bezierCurve: Theme.easeInOut
                     }
                 }
             }
@@ -92,7 +93,8 @@ ActionButton {
             Behavior on opacity {
                 NumberAnimation {
                     duration: root.confirmed ? 180 : 220
-                    easing.type: root.confirmed ? Easing.OutCubic : Easing.InCubic
+                    easing.type: Easing.BezierSpline
+                    easing.bezierCurve: root.confirmed ? Theme.easeOut : Theme.easeIn
                 }
             }
             Symbol {

@@ -4,6 +4,8 @@
 #include "ui/design/path_item.h"
 #include "ui/design/surface_raster.h"
 
+#include <QPainterPath>
+#include <QPolygonF>
 #include <QTest>
 
 #include <cmath>
@@ -85,36 +87,71 @@ private Q_SLOTS:
         QCOMPARE(placement.map(QPointF(24, 24)), QPointF(27, 18));
     }
 
-    void drawingsStayInTheirSquare_data()
+    void lineIconsHaveThePathsOfTheDesign_data();
+    void lineIconsHaveThePathsOfTheDesign()
     {
-        QTest::addColumn<QRectF>("extent");
-        QTest::newRow("download") << QRectF(6, 4, 12, 15);
-        QTest::newRow("arrowRight") << QRectF(4, 6, 15, 12);
-        QTest::newRow("clipboard") << QRectF(6, 3, 12, 18);
-        QTest::newRow("close") << QRectF(6, 6, 12, 12);
-        QTest::newRow("play") << QRectF(8, 5, 11, 14);
-        QTest::newRow("film") << QRectF(4, 4, 16, 16);
-        QTest::newRow("link") << QRectF();
+        QFETCH(QPainterPath, path);
+        QCOMPARE(iconDrawing(QString::fromLatin1(QTest::currentDataTag())).outline, path);
+    }
+    void theLinkIsTwoHooksThatMirrorEachOther()
+    {
+        const QPainterPath link = iconDrawing(QStringLiteral("link")).outline;
+        QTransform half;
+        half.translate(24, 24).rotate(180);
+        const QList<QPolygonF> hooks = link.toSubpathPolygons();
+        QCOMPARE(hooks.size(), 2);
+        QCOMPARE(hooks[0].first(), QPointF(10, 14));
+        QCOMPARE(hooks[1].first(), QPointF(14, 10));
+        QCOMPARE(half.map(hooks[0]), hooks[1]);
+    }
+
+    void drawingsStayInTheirSquare()
+    {
         for (const char *name :
-             {"house", "arrow.down.circle", "arrow.down.circle.fill", "square.stack",
+             {"link", "house", "arrow.down.circle", "arrow.down.circle.fill", "square.stack",
               "slider.horizontal.3", "globe", "globe.slash", "arrow.right", "checkmark", "xmark",
               "xmark.circle.fill", "play.fill", "magnifyingglass", "square.grid.2x2.fill", "folder",
               "trash", "arrow.clockwise"}) {
-            QTest::newRow(name) << QRectF();
-        }
-    }
-    void drawingsStayInTheirSquare()
-    {
-        QFETCH(QRectF, extent);
-        const IconDrawing &drawing = iconDrawing(QString::fromLatin1(QTest::currentDataTag()));
-        QVERIFY(!drawing.isEmpty());
-        const QRectF box = drawing.outline.boundingRect() | drawing.solid.boundingRect();
-        QVERIFY(QRectF(1, 1, 22, 22).contains(box));
-        if (!extent.isNull()) {
-            QCOMPARE(box, extent);
+            const IconDrawing &drawing = iconDrawing(QString::fromLatin1(name));
+            const QRectF box = drawing.outline.boundingRect() | drawing.solid.boundingRect();
+            QVERIFY2(!drawing.isEmpty() && QRectF(1, 1, 22, 22).contains(box), name);
         }
     }
 };
+
+void TestSurface::lineIconsHaveThePathsOfTheDesign_data()
+{
+    QTest::addColumn<QPainterPath>("path");
+    const auto stroke = [](const QList<QPointF> &points) { return QPolygonF(points); };
+    const auto lines = [](const QList<QPolygonF> &strokes) {
+        QPainterPath path;
+        for (const QPolygonF &one : strokes) {
+            path.addPolygon(one);
+        }
+        return path;
+    };
+    const auto boxes = [](const QRectF &outer, double outerRadius, const QRectF &inner,
+                          double innerRadius) {
+        QPainterPath path;
+        path.addRoundedRect(outer, outerRadius, outerRadius);
+        path.addRoundedRect(inner, innerRadius, innerRadius);
+        return path;
+    };
+    QTest::newRow("download") << lines(
+        {stroke({{12, 4}, {12, 19}}), stroke({{6, 13}, {12, 19}, {18, 13}})});
+    QTest::newRow("arrowRight") << lines(
+        {stroke({{4, 12}, {19, 12}}), stroke({{13, 6}, {19, 12}, {13, 18}})});
+    QTest::newRow("clipboard") << boxes({6, 5, 12, 16}, 2, {9, 3, 6, 4}, 1);
+    QTest::newRow("close") << lines({stroke({{6, 6}, {18, 18}}), stroke({{18, 6}, {6, 18}})});
+    QPainterPath play = lines({stroke({{8, 5}, {19, 12}, {8, 19}})});
+    play.closeSubpath();
+    QTest::newRow("play") << play;
+    QPainterPath film;
+    film.addRoundedRect(4, 4, 16, 16, 2, 2);
+    film.addPath(lines({stroke({{4, 8}, {20, 8}}), stroke({{4, 16}, {20, 16}}),
+                        stroke({{9, 4}, {9, 20}}), stroke({{15, 4}, {15, 20}})}));
+    QTest::newRow("film") << film;
+}
 
 }
 
