@@ -38,6 +38,7 @@ Column {
         onTriggered: root.store.clearCompletedToast()
     }
     BannerSlot {
+        objectName: "offlineSlot"
         shown: !root.store.network.isOnline
         springs: false
         NetworkBannerMac {
@@ -45,6 +46,7 @@ Column {
         }
     }
     BannerSlot {
+        objectName: "startedSlot"
         shown: root.store.hasStartedToast
         StartedDownloadBannerMac {
             objectName: "startedBanner"
@@ -57,6 +59,7 @@ Column {
         }
     }
     BannerSlot {
+        objectName: "completedSlot"
         shown: root.store.hasCompletedToast
         CompletedDownloadBannerMac {
             objectName: "completedBanner"

@@ -14,6 +14,7 @@ BannerCard {
     detail: root.savedTitle
     title: qsTr("Saved to your library")
     leading: Rectangle {
+        objectName: "savedMark"
         width: 28
         height: 28
         radius: 14

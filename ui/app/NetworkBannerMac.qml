@@ -10,6 +10,7 @@ Item {
 
     Rectangle {
         id: ground
+        objectName: "offlineGround"
         x: 12
         y: 6
         width: row.implicitWidth + 32

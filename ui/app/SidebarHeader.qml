@@ -13,6 +13,7 @@ Item {
         spacing: 10
 
         AppIcon {
+            objectName: "appIcon"
             width: 28
             height: 28
         }

@@ -13,19 +13,26 @@ BannerCard {
     title: qsTr("Download started")
     detail: root.label
     leading: Spinner {
+        objectName: "startedSpinner"
         running: root.visible
         Accessible.ignored: true
     }
-    trailing: CapsuleButton {
-        objectName: "viewQueue"
-        anchors.verticalCenter: parent.verticalCenter
-        text: qsTr("View queue")
-        symbol: "arrow.right"
-        symbolAtEnd: true
-        ground: "transparent"
-        foreground: Theme.accent
-        horizontalPadding: 6
-        font.pixelSize: 11
-        onClicked: root.tapped()
+    trailing: Item {
+        // What shows under the pointer reaches into the card's padding; the words stay within it.
+        width: viewQueue.width - viewQueue.rightPadding
+        height: viewQueue.height
+
+        CapsuleButton {
+            id: viewQueue
+            objectName: "viewQueue"
+            text: qsTr("View queue")
+            symbol: "arrow.right"
+            symbolAtEnd: true
+            ground: "transparent"
+            foreground: Theme.accent
+            horizontalPadding: 8
+            font.pixelSize: 11
+            onClicked: root.tapped()
+        }
     }
 }

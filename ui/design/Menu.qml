@@ -8,7 +8,9 @@ import Veltro.Design
 T.Menu {
     id: root
 
-    implicitWidth: Math.max(170, contentWidth + leftPadding + rightPadding)
+    property real widest: 170
+
+    implicitWidth: root.widest + leftPadding + rightPadding
     implicitHeight: contentHeight + topPadding + bottomPadding
     padding: 0
     verticalPadding: 5
@@ -16,6 +18,14 @@ T.Menu {
     overlap: 1
     font.family: Theme.family
     font.pixelSize: 13
+
+    // Lines of a menu know their width only by themselves.
+    onAboutToShow: {
+        let widest = 170;
+        for (let line = 0; line < root.count; ++line)
+            widest = Math.max(widest, root.itemAt(line).implicitWidth);
+        root.widest = Math.ceil(widest);
+    }
 
     delegate: MenuItem {}
     contentItem: ListView {

@@ -22,6 +22,7 @@ T.Dialog {
 
     T.Overlay.modal: Dim {}
     background: Surface {
+        objectName: "sheet"
         radius: 16
         color: Theme.page
         strokeColor: Theme.hairline

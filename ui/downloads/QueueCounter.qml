@@ -16,6 +16,7 @@ Item {
     Accessible.name: qsTr("%1: %2").arg(root.title).arg(root.count)
 
     Rectangle {
+        objectName: "rule"
         anchors.verticalCenter: parent.verticalCenter
         visible: root.hasRule
         width: 1

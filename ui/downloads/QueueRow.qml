@@ -21,6 +21,7 @@ T.ItemDelegate {
     signal playRequested
     signal menuRequested(place: point)
 
+    objectName: "queueRow"
     implicitHeight: Math.max(tile.height, texts.height) + 36
     height: implicitHeight
     focusPolicy: Qt.TabFocus

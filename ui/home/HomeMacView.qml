@@ -48,6 +48,7 @@ FocusScope {
             }
             LinkField {
                 id: linkField
+                objectName: "linkCard"
                 width: parent.width
                 text: root.home.urlText
                 onEdited: text => root.home.urlText = text

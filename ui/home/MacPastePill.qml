@@ -16,7 +16,7 @@ Surface {
     property string lastText
     property real progress: root.offered ? 1 : 0
 
-    width: Math.max(340, row.implicitWidth + 24)
+    width: row.implicitWidth + 24
     height: 56
     y: 14 - (1 - progress) * (height + 24)
     opacity: progress
@@ -50,6 +50,7 @@ Surface {
         spacing: 12
 
         Rectangle {
+            objectName: "pillMark"
             anchors.verticalCenter: parent.verticalCenter
             width: 32
             height: 32
@@ -67,7 +68,7 @@ Surface {
         }
         Column {
             anchors.verticalCenter: parent.verticalCenter
-            width: Math.min(260, Math.max(150, title.implicitWidth, host.implicitWidth))
+            width: Math.min(260, Math.max(180, title.implicitWidth, host.implicitWidth))
             spacing: 2
 
             Label {

@@ -31,6 +31,7 @@ T.RadioButton {
     }
     background: Surface {
         radius: height / 2
+        cornerExponent: 2.2 // still a capsule, with ends that run softly into its sides
         color: root.checked ? Theme.accent : Theme.sunken
         strokeColor: root.checked ? "transparent" : Theme.hairline
         strokeWidth: root.checked ? 0 : 1

@@ -12,7 +12,7 @@ Column {
     signal opened
 
     readonly property int shownCount: Math.min(6, tiles.count)
-    readonly property int columns: Math.max(2, Math.min(6, Math.floor((root.width + 16) / (190 + 16))))
+    readonly property int columns: Math.max(2, Math.min(6, Math.floor((root.width + 16) / (160 + 16))))
 
     visible: root.shownCount > 0
     topPadding: 12

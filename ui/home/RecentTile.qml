@@ -26,6 +26,7 @@ T.AbstractButton {
     contentItem: Item {
         Rectangle {
             id: picture
+            objectName: "picture"
             width: parent.width
             height: Math.round(width * 9 / 16)
             radius: 8

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+pragma ComponentBehavior: Bound
 import QtQuick
 import Veltro.Design
 
@@ -17,6 +18,13 @@ Surface {
     strokeColor: Theme.hairline
     strokeWidth: 1
 
+    TextMetrics {
+        id: widest
+        text: "0"
+        font.family: Theme.family
+        font.pixelSize: 13
+        font.weight: Font.DemiBold
+    }
     Column {
         id: column
         x: 18
@@ -24,10 +32,24 @@ Surface {
         width: parent.width - 36
         spacing: 6
 
-        Label {
-            text: root.number
-            color: Theme.accent
-            font.weight: Font.DemiBold
+        Row {
+            Accessible.role: Accessible.StaticText
+            Accessible.name: root.number
+
+            // Digits of one width, which the font gives by a feature that cannot be asked for.
+            Repeater {
+                model: root.number.length
+                delegate: Label {
+                    required property int index
+
+                    width: Math.ceil(widest.advanceWidth)
+                    horizontalAlignment: Text.AlignHCenter
+                    text: root.number.charAt(index)
+                    color: Theme.accent
+                    font: widest.font
+                    Accessible.ignored: true
+                }
+            }
         }
         Label {
             width: parent.width

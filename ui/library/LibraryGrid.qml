@@ -195,6 +195,7 @@ FocusScope {
             }
         }
         Rectangle {
+            objectName: "marquee"
             parent: view.contentItem
             z: 2
             visible: root.selection.dragging

@@ -36,6 +36,7 @@ Item {
         }
     }
     Surface {
+        objectName: "searchField"
         anchors.right: parent.right
         anchors.bottom: names.bottom
         anchors.bottomMargin: 4

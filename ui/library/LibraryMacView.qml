@@ -118,7 +118,7 @@ FocusScope {
         LibraryPlayerPane {
             id: pane
             T.SplitView.minimumWidth: 320
-            T.SplitView.preferredWidth: library.playerWidth > 0 ? library.playerWidth : 360
+            T.SplitView.preferredWidth: library.playerWidth > 0 ? library.playerWidth : Math.max(320, Math.min(420, root.width * 0.36))
             screen: library
         }
     }

@@ -48,6 +48,7 @@ Item {
     Drag.proposedAction: Qt.CopyAction
 
     Surface {
+        objectName: "outline"
         anchors.fill: parent
         radius: 12
         color: Theme.card
@@ -80,6 +81,7 @@ Item {
             radius: 8
         }
         Rectangle {
+            objectName: "lengthBadge"
             anchors.right: parent.right
             anchors.bottom: parent.bottom
             anchors.margins: 6

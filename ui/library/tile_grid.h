@@ -22,7 +22,7 @@ struct CellRange {
 /// of the tiles, since those outside of the view do not exist.
 struct TileGrid {
     static constexpr double spacing = 12;
-    static constexpr double smallestTile = 180;
+    static constexpr double smallestTile = 170;
 
     int columns = 1;
     QSizeF tile;

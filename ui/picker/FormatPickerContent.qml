@@ -56,6 +56,7 @@ FocusScope {
         anchors.right: parent.right
         anchors.top: divider.bottom
         anchors.bottom: parent.bottom
+        anchors.bottomMargin: 1 // the sheet's edge
 
         FormatRows {
             anchors.fill: parent

@@ -12,6 +12,7 @@ T.Button {
     property string leading
     property string trailing
 
+    objectName: "pickerRow"
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     padding: 14
     focusPolicy: Qt.StrongFocus

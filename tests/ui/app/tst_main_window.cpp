@@ -318,6 +318,7 @@ void TestMainWindow::bannersComeWithTheirToastsAndLeaveInTime()
     store.setStartedToast(QStringLiteral("Another"));
     QTRY_COMPARE(m_bench->item(QStringLiteral("viewQueue")).mapToScene({}).y() > 0, true);
     QTRY_COMPARE(m_bench->item(QStringLiteral("startedBanner")).parentItem()->y(), 0.0);
+    QCOMPARE(value(QStringLiteral("startedSlot"), "y").toInt(), 12);
     m_bench->click(QStringLiteral("viewQueue"));
     QCOMPARE(store.selectedTab(), MacTab::downloads);
     QVERIFY(!store.hasStartedToast());

@@ -311,8 +311,8 @@ void LibrarySelectionTest::tilesShareTheWidth_data()
     QTest::addColumn<double>("tileWidth");
     QTest::newRow("nothing yet") << 0.0 << 1 << 1.0;
     QTest::newRow("less than one") << 100.0 << 1 << 100.0;
-    QTest::newRow("one") << 371.0 << 1 << 371.0;
-    QTest::newRow("just two") << 372.0 << 2 << 180.0;
+    QTest::newRow("one") << 351.0 << 1 << 351.0;
+    QTest::newRow("just two") << 352.0 << 2 << 170.0;
     QTest::newRow("three and something") << 600.0 << 3 << 192.0;
 }
 
