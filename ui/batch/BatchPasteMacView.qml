@@ -10,6 +10,7 @@ Sheet {
     id: root
 
     required property MacAppStore store
+    property alias text: links.text
 
     width: 560
     height: 460

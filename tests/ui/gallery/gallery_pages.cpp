@@ -2,14 +2,29 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/ui/gallery/gallery_pages.h"
 
+#include "tests/coordination/private_home.h"
 #include "tests/ui/library/gallery_library.h"
 #include "ui/design/appearance.h"
 
 #include <QDir>
-#include <QQmlEngine>
-#include <QQuickView>
+#include <QQmlComponent>
+#include <QQuickItem>
 
 namespace veltro {
+namespace {
+
+std::unique_ptr<QQuickWindow> windowAround(QQuickItem *page)
+{
+    auto window = std::make_unique<QQuickWindow>();
+    page->setParent(window.get());
+    page->setParentItem(window->contentItem());
+    const auto fill = [page, content = window->contentItem()] { page->setSize(content->size()); };
+    QObject::connect(window->contentItem(), &QQuickItem::widthChanged, page, fill);
+    QObject::connect(window->contentItem(), &QQuickItem::heightChanged, page, fill);
+    return window;
+}
+
+}
 
 QFileInfoList galleryPages()
 {
@@ -19,16 +34,24 @@ QFileInfoList galleryPages()
 
 void prepareGallery()
 {
+    static const PrivateHome home;
     applyAppearance();
     prepareGalleryLibrary();
 }
 
-bool showGalleryPage(QQuickView &view, const QFileInfo &page)
+GalleryPage::GalleryPage(const QFileInfo &page, QSize size)
 {
-    view.engine()->addImportPath(QStringLiteral(":/qt/qml"));
-    view.setResizeMode(QQuickView::SizeRootObjectToView);
-    view.setSource(QUrl::fromLocalFile(page.filePath()));
-    return view.status() == QQuickView::Ready;
+    m_engine.addImportPath(QStringLiteral(":/qt/qml"));
+    QQmlComponent component(&m_engine, QUrl::fromLocalFile(page.filePath()));
+    QObject *root = component.create();
+    if (!root) {
+        qWarning("%s", qPrintable(component.errorString()));
+        return;
+    }
+    auto *item = qobject_cast<QQuickItem *>(root);
+    m_window = item ? windowAround(item)
+                    : std::unique_ptr<QQuickWindow>(qobject_cast<QQuickWindow *>(root));
+    m_window->resize(size.boundedTo(m_window->maximumSize()));
 }
 
 }

@@ -2,19 +2,31 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 #include <QFileInfoList>
+#include <QQmlEngine>
+#include <QQuickWindow>
 
-class QQmlEngine;
-class QQuickView;
+#include <memory>
 
 namespace veltro {
 
 /// The pages of the gallery: one for each component and each state of a screen, by name.
 [[nodiscard]] QFileInfoList galleryPages();
 
-/// Sets what the program sets before its first window: fonts and light colours.
+/// Sets what the program sets before its first window, fonts and light colours, and gives the pages
+/// a home and a library of their own.
 void prepareGallery();
 
-/// Loads a page into the view. False when it has an error.
-[[nodiscard]] bool showGalleryPage(QQuickView &view, const QFileInfo &page);
+/// A page in a window of its own; a page that is a window is its own.
+class GalleryPage {
+public:
+    explicit GalleryPage(const QFileInfo &page, QSize size = {980, 680});
+
+    /// Not shown yet. Null when the page has an error.
+    [[nodiscard]] QQuickWindow *window() const { return m_window.get(); }
+
+private:
+    QQmlEngine m_engine;
+    std::unique_ptr<QQuickWindow> m_window;
+};
 
 }

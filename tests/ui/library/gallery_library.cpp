@@ -3,6 +3,7 @@
 #include "tests/ui/library/gallery_library.h"
 
 #include "tests/ui/library/library_fixture.h"
+#include "tests/ui/samples/sample_texts.h"
 
 #include <array>
 
@@ -31,11 +32,22 @@ constexpr std::array galleryItems{
     GalleryItem{"An evening in the kitchen", "Field Notes", 2710, Qt::yellow},
 };
 
+LibraryFixture &fixture()
+{
+    static LibraryFixture library;
+    return library;
+}
+
+}
+
+std::shared_ptr<ModelContainer> galleryLibrary()
+{
+    return fixture().services().container();
 }
 
 void prepareGalleryLibrary()
 {
-    static LibraryFixture library;
+    LibraryFixture &library = fixture();
     std::vector<DownloadItem> items;
     for (const GalleryItem &one : galleryItems) {
         DownloadItem item = library.item(QString::fromUtf8(one.title));
@@ -51,6 +63,11 @@ void prepareGalleryLibrary()
         item.formatLabel = QStringLiteral("1080p");
         item.fileSizeBytes = 12'345'678;
         item.localFileURL = QUrl::fromLocalFile(library.path(QStringLiteral("gone.mp4")));
+        items.push_back(item);
+    }
+    for (const QString &title : sampleTitles()) {
+        DownloadItem item = library.item(title);
+        item.uploader = title;
         items.push_back(item);
     }
     library.save(items);

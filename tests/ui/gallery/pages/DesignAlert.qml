@@ -5,6 +5,8 @@ import Veltro.Design
 
 /// A question over the window.
 Rectangle {
+    readonly property int popups: 1
+
     color: Theme.page
 
     Window.onWindowChanged: if (Window.window)

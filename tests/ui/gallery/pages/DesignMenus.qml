@@ -7,6 +7,8 @@ import Veltro.Design
 
 /// A menu bar with a menu open, and a card that scrolls.
 Rectangle {
+    readonly property int popups: 1
+
     color: Theme.page
 
     Window.onWindowChanged: if (Window.window)

@@ -7,6 +7,8 @@ import Veltro.Samples
 
 /// What is known of a failed download.
 Rectangle {
+    readonly property int popups: 1
+
     color: Theme.page
 
     Window.onWindowChanged: if (Window.window)

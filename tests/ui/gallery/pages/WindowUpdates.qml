@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import Veltro.App
+import Veltro.SampleProgram
+
+/// What is said where nothing keeps the program up to date.
+MainWindow {
+    readonly property int popups: 1
+
+    store: program.store
+    home: program.home
+    memory: program.memory
+    updates: program.updates
+    Component.onCompleted: {
+        program.updates.checkForUpdates();
+    }
+
+    readonly property SampleProgram sample: SampleProgram {
+        id: program
+    }
+}
