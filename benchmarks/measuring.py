@@ -60,8 +60,9 @@ def paired(ours, baseline, pairs):
     return [list(column) for column in zip(*times)]
 
 
-def verdict(ours, baseline, name, reach):
+def verdict(ours, baseline, name, reach, unit="s"):
     """One line: the medians, the ratio of each pair's median, and what it is to reach."""
     ratio = statistics.median(a / b for a, b in zip(ours, baseline))
-    return (f"{statistics.median(ours):.3f} s against {statistics.median(baseline):.3f} s "
+    return (f"{statistics.median(ours):.3f} {unit} against "
+            f"{statistics.median(baseline):.3f} {unit} "
             f"({name}), ratio {ratio:.3f}, to reach {reach}, {len(ours)} pairs")

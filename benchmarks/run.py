@@ -19,6 +19,7 @@ import engine_benches
 import library_benches
 import media_benches
 import runner_benches
+import ui_benches
 from measuring import Place
 
 BENCHES = {
@@ -38,6 +39,10 @@ BENCHES = {
     "library-search": library_benches.library_search,
     "library-insert": library_benches.library_insert,
     "desktop-search": library_benches.desktop_search,
+    "ui-start": ui_benches.start,
+    "ui-idle-memory": ui_benches.idle_memory,
+    "ui-frames": ui_benches.frames,
+    "ui-idle": ui_benches.idle,
 }
 
 
