@@ -3,7 +3,6 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import Veltro.Design
-import Veltro.Library
 import Veltro.Pictures
 
 /// One saved item: its picture with its length, and what it is called. A press and a drag are told

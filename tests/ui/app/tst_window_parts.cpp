@@ -21,7 +21,7 @@ private Q_SLOTS:
         QTest::newRow("the first of two")
             << QList<QUrl>{QUrl(), page, QUrl(QStringLiteral("https://b.example"))} << QString()
             << page;
-        const QUrl file = QUrl::fromLocalFile(QStringLiteral("/home/a/clip.mp4"));
+        const QUrl file = QUrl::fromLocalFile(QStringLiteral("/srv/films/clip.mp4"));
         QTest::newRow("a file") << QList<QUrl>{file} << file.toString() << QUrl();
         QTest::newRow("a link after a file") << QList<QUrl>{file, page} << QString() << page;
         QTest::newRow("a picture in its address")
