@@ -72,7 +72,7 @@ Column {
         height: 4
         radius: 2
         visible: root.downloads
-        color: Theme.sunken
+        color: Theme.hairline
         Accessible.role: Accessible.ProgressBar
         Accessible.name: qsTr("Download of the update")
 
@@ -85,7 +85,8 @@ Column {
     }
     Row {
         anchors.right: parent.right
-        spacing: 8
+        topPadding: 4
+        spacing: Theme.gap
 
         CapsuleButton {
             visible: root.offers

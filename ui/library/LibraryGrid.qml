@@ -13,6 +13,8 @@ FocusScope {
 
     required property LibraryScreen screen
     readonly property LibrarySelection selection: root.screen.selection
+    /// The pointer has chosen last: the outline says which, and no ring is wanted around it.
+    property bool chosenByPointer: false
 
     function showCurrent() {
         view.forceLayout(); // rows that have just come have no place yet
@@ -20,6 +22,7 @@ FocusScope {
             view.positionViewAtIndex(root.selection.currentRow, GridView.Contain);
     }
     function move(event: var, rows: int) {
+        root.chosenByPointer = false;
         root.selection.move(rows, event.modifiers);
         root.showCurrent();
         event.accepted = true;
@@ -46,6 +49,8 @@ FocusScope {
         anchors.rightMargin: -12
         focus: true
         activeFocusOnTab: true
+        onActiveFocusChanged: if (!view.activeFocus)
+            root.chosenByPointer = false
         clip: true
         cacheBuffer: 400
         topMargin: 4
@@ -124,9 +129,11 @@ FocusScope {
                 spokenName: root.screen.spokenTile(cell.title, cell.uploader, cell.durationSeconds)
                 chosen: root.selection.revision >= 0 && root.selection.contains(cell.itemId)
                 current: view.activeFocus && root.selection.currentRow === cell.index
+                ringed: current && !root.chosenByPointer
                 file: cell.localFileUrl
                 onClicked: modifiers => {
                     view.forceActiveFocus(Qt.MouseFocusReason);
+                    root.chosenByPointer = true;
                     root.selection.click(cell.itemId, modifiers);
                 }
                 // A screen reader takes the keyboard to one tile; the grid is what keeps it.

@@ -18,6 +18,8 @@ Item {
     required property bool chosen
     /// The keyboard stands here.
     required property bool current
+    /// And is to be seen there.
+    property bool ringed: root.current
     required property url file
     readonly property bool hasFile: String(root.file) !== ""
 
@@ -128,7 +130,7 @@ Item {
         Accessible.ignored: true
     }
     FocusRing {
-        shown: root.current
+        shown: root.ringed
         radius: 15
     }
     MouseArea {

@@ -16,8 +16,8 @@ class TestMainWindow : public QObject {
 private Q_SLOTS:
     void init();
     void cleanup();
-    void namedItemsAreAsTheyWereDrawn_data();
-    void namedItemsAreAsTheyWereDrawn();
+    void theWindowBeginsSo_data();
+    void theWindowBeginsSo();
     void theWindowKeepsItsLeastSizeAndItsLightColours();
     void theSidebarFollowsTheStore();
     void theDividerStaysWithinItsLimits();
@@ -60,7 +60,7 @@ void TestMainWindow::cleanup()
     m_bench.reset();
 }
 
-void TestMainWindow::namedItemsAreAsTheyWereDrawn_data()
+void TestMainWindow::theWindowBeginsSo_data()
 {
     QTest::addColumn<QString>("item");
     QTest::addColumn<QByteArray>("property");
@@ -69,32 +69,18 @@ void TestMainWindow::namedItemsAreAsTheyWereDrawn_data()
         QTest::addRow("%s: %s", item, property)
             << QString::fromLatin1(item) << QByteArray(property) << expected;
     };
-    const QColor ink(0x10, 0x14, 0x1C);
-    const QColor secondary(0x3B, 0x41, 0x4C);
     row("sidebar", "width", 240.0);
-    row("productName", "text", QStringLiteral("Veltro"));
-    row("productName", "color", ink);
-    row("engineDot", "width", 8.0);
-    row("engineDot", "color", QColor(0xE3, 0x85, 0x13));
     row("engineCaption", "text", QStringLiteral("Booting…"));
-    row("engineCaption", "color", secondary);
-    row("headline", "text", QStringLiteral("Save any video.\nFrom any site."));
-    row("headline", "color", ink);
-    row("lead", "color", secondary);
     row("lead", "width", 660.0); // as wide as the column, which is narrower than 720 here
     row("urlField", "placeholderText", QStringLiteral("https://"));
     row("urlField", "activeFocus", true);
     row("save", "enabled", false);
     row("save", "opacity", 0.5);
     row("chip1", "checked", true);
-    row("chip0", "text", QStringLiteral("4K"));
-    row("chip4", "text", QStringLiteral("Audio"));
     row("chip4", "checked", false);
-    row("pasteAndSave", "text", QStringLiteral("Paste & save"));
-    row("pasteMany", "text", QStringLiteral("Paste many"));
 }
 
-void TestMainWindow::namedItemsAreAsTheyWereDrawn()
+void TestMainWindow::theWindowBeginsSo()
 {
     QFETCH(QString, item);
     QFETCH(QByteArray, property);
@@ -106,19 +92,6 @@ void TestMainWindow::theWindowKeepsItsLeastSizeAndItsLightColours()
     QCOMPARE(m_bench->window().minimumSize(), QSize(980, 680));
     QCOMPARE(m_bench->window().title(), QStringLiteral("Veltro"));
     QCOMPARE(m_bench->window().color(), QColor(0xF6, 0xF3, 0xEF));
-    struct Fonts {
-        const char *item;
-        int size;
-        int weight;
-    };
-    for (const Fonts &expected :
-         {Fonts{"productName", 16, QFont::DemiBold}, Fonts{"engineCaption", 11, QFont::Medium},
-          Fonts{"headline", 64, QFont::Bold}, Fonts{"lead", 18, QFont::Normal},
-          Fonts{"urlField", 18, QFont::Normal}, Fonts{"save", 16, QFont::DemiBold}}) {
-        const QFont font = value(QString::fromLatin1(expected.item), "font").value<QFont>();
-        QCOMPARE(font.pixelSize(), expected.size);
-        QCOMPARE(int(font.weight()), expected.weight);
-    }
 }
 
 void TestMainWindow::theSidebarFollowsTheStore()

@@ -19,7 +19,6 @@ private Q_SLOTS:
 
     void anEmptyQueueSaysSoAndCountsNothing();
     void theButtonClearsWhileSomethingIsFinished();
-    void aRowHasTheSizesAndColoursOfTheDesign();
     void eachStateOffersItsOwnAction();
     void theBarFollowsTheShareAndIsNeverNarrowerThanTwo();
     void aRightClickOpensTheMenuOfThatRow();
@@ -84,32 +83,6 @@ void TestQueue::theButtonClearsWhileSomethingIsFinished()
     QCOMPARE(cleared.size(), 1);
     queue.samples.downloads()->removeFinished();
     QTRY_VERIFY(!queue.screen.named("clearFinished")->isVisible());
-}
-
-void TestQueue::aRowHasTheSizesAndColoursOfTheDesign()
-{
-    const QueueScreen queue(1);
-    const auto font = [&](const char *name) {
-        return queue.inRow(0, name)->property("font").value<QFont>();
-    };
-    const auto colour = [&](const char *name) {
-        return queue.inRow(0, name)->property("color").value<QColor>().name().toUpper();
-    };
-    QCOMPARE(queue.screen.named("queueTitle")->property("font").value<QFont>().pixelSize(), 38);
-    QCOMPARE(font("title").pixelSize(), 15);
-    QCOMPARE(font("title").weight(), QFont::DemiBold);
-    QCOMPARE(font("host").pixelSize(), 12);
-    QCOMPARE(font("status").pixelSize(), 12);
-    QCOMPARE(font("status").weight(), QFont::DemiBold);
-    QCOMPARE(colour("title"), QStringLiteral("#10141C"));
-    QCOMPARE(colour("host"), QStringLiteral("#737B8A"));
-    QCOMPARE(colour("status"), QStringLiteral("#6F64E5"));
-    QCOMPARE(colour("filled"), QStringLiteral("#10141C"));
-    QCOMPARE(colour("bar"), QStringLiteral("#F3EFEA"));
-    QQuickItem *tile = queue.inRow(0, "tile");
-    QCOMPARE(tile->size(), QSizeF(40, 40));
-    QCOMPARE(tile->position().x(), 18.0);
-    QCOMPARE(queue.inRow(0, "texts")->position().y(), 18.0);
 }
 
 void TestQueue::eachStateOffersItsOwnAction()

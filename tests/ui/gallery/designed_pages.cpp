@@ -337,10 +337,7 @@ PageRows settings()
                   {"Audio / video", 13, normal, "ink"},
                   {"Bundled toolkit", 13, normal, "inkSecondary"},
                   {"Storage", 13, normal, "ink"},
-                  {"User Downloads folder", 13, normal, "inkSecondary"},
-                  {"Support", 13, normal, "accent"},
-                  {"Privacy policy", 13, normal, "accent"},
-                  {"Open-source notices", 13, normal, "accent"}},
+                  {"User Downloads folder", 13, normal, "inkSecondary"}},
         .icons = {{"@globe", 21, "inkSecondary"}, {"@trash", 17, "danger"}},
     };
 }

@@ -65,7 +65,7 @@ public:
         check(m_rows.motions, &Page::checkMotion);
         for (const InsetRow &row : m_rows.insets) {
             QQuickItem *outer = find(row.outer);
-            QQuickItem *inner = find(row.inner, outer ? outer : m_root);
+            QQuickItem *inner = outer ? itemAt(*outer, row.inner) : nullptr;
             if (!outer || !inner) {
                 fault(row.inner, "is not there");
             } else {
@@ -73,6 +73,16 @@ public:
             }
         }
         return m_faults;
+    }
+
+    /// What the path names; null when it is not there.
+    [[nodiscard]] static QQuickItem *itemAt(QQuickItem &root, const char *path)
+    {
+        QQuickItem *item = &root;
+        for (const QString &name : QString::fromUtf8(path).split(QStringLiteral(" > "))) {
+            item = item ? step(item, name) : nullptr;
+        }
+        return item;
     }
 
 private:
@@ -126,14 +136,7 @@ private:
         return item;
     }
 
-    [[nodiscard]] QQuickItem *find(const char *path, QQuickItem *from = nullptr)
-    {
-        QQuickItem *item = from ? from : m_root;
-        for (const QString &name : QString::fromUtf8(path).split(QStringLiteral(" > "))) {
-            item = item ? step(item, name) : nullptr;
-        }
-        return item;
-    }
+    [[nodiscard]] QQuickItem *find(const char *path) { return itemAt(*m_root, path); }
 
     void fault(const char *item, const QString &what)
     {
@@ -282,6 +285,33 @@ class TestAsDesigned : public QObject {
 private Q_SLOTS:
     void initTestCase() { prepareGallery(); }
 
+    void aPressedButtonIsFainter_data()
+    {
+        QTest::addColumn<QByteArray>("button");
+        QTest::addColumn<QByteArray>("fill");
+        QTest::newRow("primary") << QByteArray("Primary^^") << QByteArray("accent/0.9");
+        QTest::newRow("secondary") << QByteArray("Secondary^^") << QByteArray("card");
+        QTest::newRow("ghost") << QByteArray("Ghost^^") << QByteArray("sunken");
+        QTest::newRow("success") << QByteArray("Success^^") << QByteArray("success");
+    }
+    void aPressedButtonIsFainter()
+    {
+        QFETCH(QByteArray, button);
+        QFETCH(QByteArray, fill);
+        const GalleryPage shown(pageNamed("DesignParts"));
+        QQuickWindow &window = *shown.window();
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QQuickItem *item = Page::itemAt(*window.contentItem(), button.constData());
+        QVERIFY(item);
+        QTest::mousePress(&window, Qt::LeftButton, {},
+                          item->mapToScene({item->width() / 2, item->height() / 2}).toPoint());
+        auto *ground = item->property("background").value<QQuickItem *>();
+        QVERIFY(isColour(ground->property("color").value<QColor>(), fill.constData()));
+        QTRY_COMPARE(ground->opacity(), 0.92);
+        QTRY_COMPARE(item->property("contentItem").value<QQuickItem *>()->opacity(), 0.92);
+    }
+
     void pagesAreDrawnAsTheyWereDesigned_data()
     {
         QTest::addColumn<int>("index");
@@ -293,9 +323,7 @@ private Q_SLOTS:
     {
         QFETCH(int, index);
         const PageRows &rows = designedPages()[std::size_t(index)];
-        const QFileInfo file(galleryPages().constFirst().dir(),
-                             QString::fromLatin1(rows.page) + QStringLiteral(".qml"));
-        const GalleryPage shown(file, {980, rows.height});
+        const GalleryPage shown(pageNamed(rows.page), {980, rows.height});
         QVERIFY(shown.window());
         shown.window()->show();
         QVERIFY(QTest::qWaitForWindowExposed(shown.window()));
@@ -305,6 +333,13 @@ private Q_SLOTS:
             return faults.isEmpty();
         });
         QVERIFY2(isAsDesigned, qPrintable(u'\n' + faults.join(u'\n')));
+    }
+
+private:
+    static QFileInfo pageNamed(const char *name)
+    {
+        return QFileInfo(galleryPages().constFirst().dir(),
+                         QString::fromLatin1(name) + QStringLiteral(".qml"));
     }
 };
 

@@ -38,28 +38,12 @@ private Q_SLOTS:
     void initTestCase() { ScreenUnderTest::prepare(); }
     void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
 
-    void theHeadHasTheSizesOfTheDesign();
     void aSectionIsChosenAndARowPicked();
     void aRowIsPickedByKey();
     void anEmptySectionSaysWhyAndOffers();
     void entriesOfAListAreSavedOneOrAll();
     void aScreenReaderIsTold();
 };
-
-void TestPickerContent::theHeadHasTheSizesOfTheDesign()
-{
-    const Content content(SampleRequest::Mixed);
-    QCOMPARE(content.screen.named("thumbnailFrame")->size(), QSizeF(96, 64));
-    QCOMPARE(content.screen.named("sections")->width(), 180.0);
-    const auto font = [&](const char *name) {
-        return content.screen.named(name)->property("font").value<QFont>();
-    };
-    QCOMPARE(font("title").pixelSize(), 16);
-    QCOMPARE(font("title").weight(), QFont::DemiBold);
-    QCOMPARE(font("source").pixelSize(), 12);
-    QCOMPARE(font("label").pixelSize(), 14);
-    QVERIFY(content.screen.shows(QStringLiteral("The harbour's archive")));
-}
 
 void TestPickerContent::aSectionIsChosenAndARowPicked()
 {
