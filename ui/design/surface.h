@@ -9,8 +9,8 @@
 namespace veltro {
 
 /// The ground of cards, fields, buttons and banners: a fill, a hairline inside its edge, corners
-/// that run softly into the sides, and a soft shadow. One quad of one batchable material where the
-/// scene graph has shaders, a picture made by the same formula where it has none.
+/// that run softly into the sides, and a soft shadow. One batchable material and plain colour
+/// within where the scene graph has shaders, a picture made by the same formula where it has none.
 /// Main thread, but updatePaintNode.
 class Surface : public QQuickItem {
     Q_OBJECT

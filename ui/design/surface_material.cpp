@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstring>
+#include <vector>
 
 namespace veltro {
 namespace {
@@ -77,6 +78,58 @@ public:
     [[nodiscard]] int compare(const QSGMaterial *) const override { return 0; }
 };
 
+constexpr int cornersOfTriangles = 6;
+
+/// Two triangles.
+std::array<QPointF, cornersOfTriangles> trianglesOf(const QRectF &piece)
+{
+    return {piece.topLeft(),    piece.topRight(), piece.bottomLeft(),
+            piece.bottomLeft(), piece.topRight(), piece.bottomRight()};
+}
+
+/// A surface cut along lines where its look changes; no two pieces overlap.
+struct SurfacePieces {
+    std::vector<QRectF> rim;
+    std::vector<QRectF> plain; ///< the fill and nothing else
+};
+
+// Five columns and five rows: what reaches beyond the sides with the hairline, the corners' width,
+// and the middle.
+SurfacePieces piecesOf(const QSizeF &size, const SurfaceStyle &style)
+{
+    const double reach = style.reach();
+    const double width = size.width();
+    const double height = size.height();
+    const QRectF whole(-reach, -reach, width + 2 * reach, height + 2 * reach);
+    // A shadow shows through what is not opaque.
+    if (style.hasShadow() && style.fill.alpha() < 255) {
+        return {{whole}, {}};
+    }
+    const double half = qMin(width, height) / 2;
+    const double edge = qMin(style.strokeWidth + 1, half);
+    const double corner = qBound(edge, style.radius + 1, half);
+    const auto piece = [](double left, double top, double right, double bottom) {
+        return QRectF(QPointF(left, top), QPointF(right, bottom));
+    };
+    SurfacePieces pieces;
+    pieces.rim = {
+        piece(-reach, -reach, width + reach, edge),
+        piece(-reach, edge, corner, corner),
+        piece(width - corner, edge, width + reach, corner),
+        piece(-reach, corner, edge, height - corner),
+        piece(width - edge, corner, width + reach, height - corner),
+        piece(-reach, height - corner, corner, height - edge),
+        piece(width - corner, height - corner, width + reach, height - edge),
+        piece(-reach, height - edge, width + reach, height + reach),
+    };
+    pieces.plain = {
+        piece(corner, edge, width - corner, height - edge),
+        piece(edge, corner, corner, height - corner),
+        piece(width - corner, corner, width - edge, height - corner),
+    };
+    return pieces;
+}
+
 std::array<quint8, 4> premultiplied(const QColor &color)
 {
     const QRgb rgba = qPremultiply(color.rgba());
@@ -85,17 +138,29 @@ std::array<quint8, 4> premultiplied(const QColor &color)
 
 }
 
-SurfaceNode::SurfaceNode() : m_quad(surfaceAttributes(), 4)
+SurfaceNode::SurfaceNode()
+    : m_rim(surfaceAttributes(), 0), m_plain(QSGGeometry::defaultAttributes_ColoredPoint2D(), 0)
 {
-    m_quad.setDrawingMode(QSGGeometry::DrawTriangleStrip);
-    setGeometry(&m_quad);
+    m_rim.setDrawingMode(QSGGeometry::DrawTriangles);
+    setGeometry(&m_rim);
     setMaterial(new SurfaceMaterial);
     setFlag(OwnsMaterial);
+    m_plain.setDrawingMode(QSGGeometry::DrawTriangles);
+    m_plainNode.setGeometry(&m_plain);
+    m_plainNode.setMaterial(&m_plainMaterial);
+    m_plainNode.setFlag(OwnedByParent, false);
 }
 
 void SurfaceNode::update(const QSizeF &size, const SurfaceStyle &style)
 {
-    const auto reach = float(style.reach());
+    const SurfacePieces pieces = piecesOf(size, style);
+    updateRim(size, style, pieces.rim);
+    updatePlain(style.fill, pieces.plain);
+}
+
+void SurfaceNode::updateRim(const QSizeF &size, const SurfaceStyle &style,
+                            std::span<const QRectF> pieces)
+{
     const auto halfWidth = float(size.width() / 2);
     const auto halfHeight = float(size.height() / 2);
     SurfaceVertex vertex;
@@ -107,15 +172,39 @@ void SurfaceNode::update(const QSizeF &size, const SurfaceStyle &style)
     vertex.fill = premultiplied(style.fill);
     vertex.stroke = premultiplied(style.stroke);
     vertex.shade = premultiplied(style.shadow);
-    auto *vertices = static_cast<SurfaceVertex *>(m_quad.vertexData());
-    for (int corner = 0; corner < 4; ++corner) {
-        const float x = (corner % 2 == 0 ? -1.0F : 1.0F) * (halfWidth + reach);
-        const float y = (corner < 2 ? -1.0F : 1.0F) * (halfHeight + reach);
-        vertex.position = {halfWidth + x, halfHeight + y};
-        vertex.fromCentre = {x, y};
-        vertices[corner] = vertex;
+    m_rim.allocate(cornersOfTriangles * int(pieces.size()));
+    auto *vertices = static_cast<SurfaceVertex *>(m_rim.vertexData());
+    for (const QRectF &piece : pieces) {
+        for (const QPointF &corner : trianglesOf(piece)) {
+            vertex.position = {float(corner.x()), float(corner.y())};
+            vertex.fromCentre = {vertex.position[0] - halfWidth, vertex.position[1] - halfHeight};
+            *vertices++ = vertex;
+        }
     }
     markDirty(DirtyGeometry);
+}
+
+void SurfaceNode::updatePlain(const QColor &fill, std::span<const QRectF> pieces)
+{
+    const bool isSeen = fill.alpha() > 0 && !pieces.empty();
+    if (isSeen != (m_plainNode.parent() != nullptr)) {
+        isSeen ? appendChildNode(&m_plainNode) : removeChildNode(&m_plainNode);
+    }
+    if (!isSeen) {
+        return;
+    }
+    const std::array<quint8, 4> color = premultiplied(fill);
+    m_plainMaterial.setFlag(QSGMaterial::Blending, fill.alpha() < 255);
+    m_plain.allocate(cornersOfTriangles * int(pieces.size()));
+    QSGGeometry::ColoredPoint2D *point = m_plain.vertexDataAsColoredPoint2D();
+    for (const QRectF &piece : pieces) {
+        for (const QPointF &corner : trianglesOf(piece)) {
+            point->set(float(corner.x()), float(corner.y()), color[0], color[1], color[2],
+                       color[3]);
+            ++point;
+        }
+    }
+    m_plainNode.markDirty(DirtyGeometry | DirtyMaterial);
 }
 
 }
