@@ -29,7 +29,7 @@ Item {
             onTriggered: wheel.turn = (wheel.turn + 1) % 12
         }
         Repeater {
-            model: 12
+            model: root.visible ? 12 : 0
             delegate: Rectangle {
                 id: spoke
 

@@ -36,21 +36,37 @@ T.TextField {
         color: Theme.accent
         visible: root.cursorVisible
 
+        function show() {
+            caret.opacity = 1;
+            blink.changes = 0;
+            if (blink.running)
+                blink.restart();
+        }
+
         Connections {
             function onCursorPositionChanged() {
-                caret.opacity = 1;
-                blink.restart();
+                caret.show();
+            }
+            function onCursorVisibleChanged() {
+                caret.show();
             }
             target: root
         }
+        // Each time costs a frame: who has not typed for a while sees the caret stand still.
         Timer {
             id: blink
+
+            property int changes: 0
             // The hints of the style have no type that a linter could see.
             readonly property int period: Qt.styleHints.cursorFlashTime // qmllint disable
-            running: root.cursorVisible && period > 0
+
+            running: root.cursorVisible && period > 0 && blink.changes < 10
             repeat: true
             interval: Math.max(1, period / 2)
-            onTriggered: caret.opacity = caret.opacity > 0 ? 0 : 1
+            onTriggered: {
+                caret.opacity = caret.opacity > 0 ? 0 : 1;
+                blink.changes += 1;
+            }
         }
     }
 

@@ -70,7 +70,8 @@ ActionButton {
                     font.pixelSize: 13
                     font.weight: Font.DemiBold
                     color: root.foreground
-                    onShownVerbChanged: change.restart()
+                    onShownVerbChanged: if (busy.visible)
+                        change.restart()
 
                     NumberAnimation on opacity {
                         id: change
