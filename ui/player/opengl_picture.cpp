@@ -15,6 +15,10 @@
 namespace veltro::player {
 namespace {
 
+// A player draws in one place only: an item that has come from another window waits, frame by
+// frame, until the picture there is gone.
+constexpr int mostAttempts = 120;
+
 void *openGLCall(void *, const char *name)
 {
     QOpenGLContext *context = QOpenGLContext::currentContext();
@@ -78,9 +82,10 @@ bool OpenGLPicture::begin()
     const MpvLibrary &library = m_core->library();
     if (library.renderContextCreate(&m_context, m_core->handle(), parameters.data()) < 0) {
         m_context = nullptr;
-        m_hasFailed = true;
-        m_core->link()->post(
-            [](PlayerListener &to) { to.loadRefused(0, PlayerError::cannotStart); });
+        m_hasFailed = ++m_attempts == mostAttempts;
+        m_core->link()->post([hasFailed = m_hasFailed](PlayerListener &to) {
+            hasFailed ? to.loadRefused(0, PlayerError::cannotStart) : to.pictureChanged();
+        });
         return false;
     }
     // The link outlives the context, which this node frees while it holds the core.

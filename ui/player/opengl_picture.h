@@ -38,6 +38,7 @@ private:
     mpv_render_context *m_context = nullptr;
     std::unique_ptr<QOpenGLFramebufferObject> m_target;
     bool m_isRequested = false;
+    int m_attempts = 0; // to begin, without success
     bool m_hasFailed = false;
 };
 

@@ -137,7 +137,7 @@ void VideoPlayer::forgetFile()
     assign(m_seekInFlight, false, &VideoPlayer::seekingChanged);
     assign(m_position, 0.0, &VideoPlayer::positionChanged);
     assign(m_duration, 0.0, &VideoPlayer::durationChanged);
-    assign(m_videoSize, QSize(), &VideoPlayer::videoSizeChanged);
+    assign(m_videoSize, QSize(0, 0), &VideoPlayer::videoSizeChanged);
     assign(m_atEnd, false, &VideoPlayer::atEndChanged);
     assign(m_paused, false, &VideoPlayer::pausedChanged);
 }

@@ -57,7 +57,7 @@ public:
     [[nodiscard]] double positionSeconds() const { return m_position; }
     /// 0 while it is not known.
     [[nodiscard]] double durationSeconds() const { return m_duration; }
-    /// Empty for a file without a picture.
+    /// 0 by 0 for a file without a picture.
     [[nodiscard]] QSize videoSize() const { return m_videoSize; }
     /// 0 to 1.
     [[nodiscard]] double volume() const { return m_volume; }
@@ -134,7 +134,7 @@ private:
     bool m_atEnd = false;
     double m_position = 0;
     double m_duration = 0;
-    QSize m_videoSize;
+    QSize m_videoSize{0, 0}; // which no size made by default is
     double m_volume = 1;
     Qt::WindowStates m_statesBefore; // of the window that fills the screen
     bool m_muted = false;

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/platform/ffmpeg/stock_tool.h"
+#include "tests/ui/display/private_display.h"
+#include "tests/ui/player/silent_machine.h"
 #include "ui/player/player_texts.h"
 #include "ui/player/video_player.h"
 
@@ -9,6 +11,8 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QQuickWindow>
+#include <QRegularExpression>
+#include <QSGRendererInterface>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -28,9 +32,15 @@ namespace {
 constexpr int playTimeout = 30'000;
 constexpr QSize windowSize(320, 180);
 
+// With this in the environment all is done in windows of a display, drawn by OpenGL.
+bool isOnADisplay()
+{
+    return qEnvironmentVariableIsSet("VELTRO_TEST_ON_DISPLAY");
 }
 
-/// The player in a window that nobody sees and with no sound device, as the program has it.
+}
+
+/// The player in a window that nobody sees or in a real one, and with no sound device.
 class VideoPlayerTest : public QObject {
     Q_OBJECT
 
@@ -99,6 +109,7 @@ void VideoPlayerTest::initTestCase()
 
 void VideoPlayerTest::init()
 {
+    QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
     m_window = std::make_unique<QQuickWindow>();
     m_window->setColor(Qt::white);
     m_window->resize(windowSize);
@@ -106,6 +117,8 @@ void VideoPlayerTest::init()
     m_player->setSize(windowSize);
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QCOMPARE(m_window->rendererInterface()->graphicsApi() == QSGRendererInterface::OpenGL,
+             isOnADisplay());
 }
 
 void VideoPlayerTest::cleanup()
@@ -449,7 +462,13 @@ void VideoPlayerTest::writesTimesAsClocksDo()
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    veltro::takeSoundAway();
+    std::unique_ptr<veltro::PrivateDisplay> display;
+    if (isOnADisplay()) {
+        display = std::make_unique<veltro::PrivateDisplay>();
+    } else {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     // A locale that writes numbers with a comma, where it is installed.
     qputenv("LC_NUMERIC", "de_DE.UTF-8");
     const QGuiApplication application(argc, argv);
