@@ -19,11 +19,13 @@ T.ApplicationWindow {
     required property WindowMemory memory
     required property UpdateManager updates
     property bool mayClose: false
+    // What a window manager draws around the window; it tells how much when the window is there.
+    readonly property size frame: Qt.size(12, 40)
 
     title: qsTr("Veltro")
     color: Theme.page
-    width: Math.max(minimumWidth, Math.min(root.memory.width, Screen.desktopAvailableWidth))
-    height: Math.max(minimumHeight, Math.min(root.memory.height, Screen.desktopAvailableHeight))
+    width: Math.max(minimumWidth, Math.min(root.memory.width, Screen.desktopAvailableWidth - root.frame.width))
+    height: Math.max(minimumHeight, Math.min(root.memory.height, Screen.desktopAvailableHeight - root.frame.height))
     minimumWidth: 980
     minimumHeight: 680
     font.family: Theme.family
@@ -51,6 +53,7 @@ T.ApplicationWindow {
 
     menuBar: WindowMenus {
         id: menus
+        visible: root.visibility !== Window.FullScreen
         store: root.store
         onSettingsRequested: {
             settings.show();

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void anEngineErrorIsToldOnceAndSettled();
     void theBatchSheetBeginsEmptyAndQueues();
     void closingAsksWhileDownloadsAreActive();
+    void theScreensHaveAllOfAFullScreen();
 
 private:
     [[nodiscard]] QVariant value(const QString &item, const char *property)
@@ -374,6 +375,18 @@ void TestMainWindow::closingAsksWhileDownloadsAreActive()
     QTRY_VERIFY(question.property("opened").toBool());
     QTest::keyClick(&m_bench->window(), Qt::Key_Return);
     QTRY_VERIFY(!m_bench->window().isVisible());
+}
+
+void TestMainWindow::theScreensHaveAllOfAFullScreen()
+{
+    QQuickWindow &window = m_bench->window();
+    const QQuickItem &screens = *m_bench->item(QStringLiteral("homeScreen")).parentItem();
+    QVERIFY(screens.mapToScene({}).y() > 0); // below the menus
+    window.showFullScreen();
+    QTRY_COMPARE(screens.mapToScene({}).y(), 0.0);
+    QTRY_COMPARE(screens.height(), double(window.height()));
+    window.showNormal();
+    QTRY_VERIFY(screens.mapToScene({}).y() > 0);
 }
 
 }
