@@ -17,6 +17,11 @@ QDateTime momentOf(qint64 milliseconds)
     return QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC);
 }
 
+QUuid idIn(std::string_view text)
+{
+    return QUuid::fromString(QLatin1String(text.data(), static_cast<qsizetype>(text.size())));
+}
+
 QByteArray bytesOf(std::string_view text)
 {
     return {text.data(), static_cast<qsizetype>(text.size())};
@@ -25,7 +30,7 @@ QByteArray bytesOf(std::string_view text)
 }
 
 LibraryRow::LibraryRow(const Statement &statement)
-    : m_id(QUuid::fromString(QLatin1String(bytesOf(statement.text(1)))))
+    : m_id(idIn(statement.text(1)))
     , m_rowId(statement.integer(0))
     , m_fileSizeBytes(statement.integer(3))
     , m_createdAt(statement.integer(4))
@@ -40,7 +45,9 @@ LibraryRow::LibraryRow(const Statement &statement)
         texts.at(index) = statement.text(firstTextColumn + static_cast<int>(index));
         size += texts.at(index).size();
         m_ends.at(index) = static_cast<std::uint32_t>(size);
-        if (!statement.isNull(firstTextColumn + static_cast<int>(index))) {
+        // To ask takes as long as to read, and a text with something in it is there.
+        if (!texts.at(index).empty() ||
+            !statement.isNull(firstTextColumn + static_cast<int>(index))) {
             m_present |= bit(static_cast<Text>(index));
         }
     }
