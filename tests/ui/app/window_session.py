@@ -87,7 +87,7 @@ class Session:
     def try_display(self):
         reader, writer = os.pipe()
         self.start(["Xvfb", "-displayfd", str(writer), "-screen", "0", "1366x768x24", "-nolisten",
-                    "tcp"], pass_fds=[writer])
+                    "tcp", "-noreset"], pass_fds=[writer])
         os.close(writer)
         with os.fdopen(reader) as lines:
             self.environment["DISPLAY"] = ":" + lines.readline().strip()
@@ -101,8 +101,12 @@ class Session:
     def start_program(self, *arguments):
         """The window once it is up and has the keyboard."""
         log = self.stack.enter_context(open(self.log, "wb"))
-        self.start([str(PROGRAM), *arguments], stderr=log)
-        window = until(self.windows, "the window")[0]
+        program = self.start([str(PROGRAM), *arguments], stderr=log)
+
+        def first_window():
+            assert program.poll() is None, self.log.read_text(encoding="utf-8", errors="replace")
+            return self.windows()
+        window = until(first_window, "the window")[0]
         def has_keyboard():
             self.xdotool("windowactivate", window)
             return self.xdotool("getwindowfocus") == window

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void keysBelongToATextFieldFirst();
     void aRubberBandChoosesAndScrolls();
     void makesOnlyTheTilesInView();
+    void showsWhatIsAskedForFromOutside();
     void readsOutRolesAndNames();
 };
 
@@ -216,6 +217,34 @@ void LibraryGridTest::makesOnlyTheTilesInView()
     press(Qt::Key_End);
     QTRY_VERIFY(tile(u"19999"_s));
     QVERIFY(all("LibraryTile_").size() < 60);
+}
+
+void LibraryGridTest::showsWhatIsAskedForFromOutside()
+{
+    std::vector<DownloadItem> items;
+    for (int number = 0; number < 300; ++number) {
+        items.push_back(m_library->item(u"item %1"_s.arg(number)));
+    }
+    m_library->save(items);
+    const auto isInView = [this](const QString &title) {
+        const QQuickItem *shown = tile(title);
+        return shown && QRect({}, window()->size()).contains(middle(shown));
+    };
+    // Asked for before there is a screen, and before it has read its rows.
+    m_library->services().ask({.item = items.at(280).id, .search = {}});
+    show();
+    QTRY_COMPARE_WITH_TIMEOUT(chosen(), QStringList{u"item 280"_s}, patience);
+    QTRY_VERIFY(isInView(u"item 280"_s));
+    m_library->services().ask({.item = {}, .search = u"item 12"_s});
+    QTRY_COMPARE_WITH_TIMEOUT(screen()->items()->rowCount(), 11, patience);
+    QCOMPARE(screen()->search(), u"item 12"_s);
+    // A search that hides the item gives way to it.
+    m_library->services().ask({.item = items.at(3).id, .search = {}});
+    QTRY_COMPARE_WITH_TIMEOUT(chosen(), QStringList{u"item 3"_s}, patience);
+    QTRY_VERIFY(isInView(u"item 3"_s));
+    // What has gone meanwhile changes nothing.
+    m_library->services().ask({.item = QUuid::createUuid(), .search = {}});
+    QCOMPARE(chosen(), QStringList{u"item 3"_s});
 }
 
 void LibraryGridTest::readsOutRolesAndNames()
