@@ -15,6 +15,9 @@ T.Button {
         Success
     }
     property int kind: ActionButton.Primary
+    /// What stands on it. A text that has a "&" is given here, and with each "&" twice as `text`,
+    /// where one alone would make the next character press the button together with Alt.
+    property string caption: root.text
     /// A line icon's name, or nothing.
     property string iconName
     property real iconSize: 14
@@ -51,7 +54,7 @@ T.Button {
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     Accessible.role: Accessible.Button
-    Accessible.name: text
+    Accessible.name: root.caption
     Accessible.onPressAction: if (root.enabled)
         root.clicked()
 
@@ -78,7 +81,7 @@ T.Button {
         }
         Text {
             anchors.verticalCenter: parent.verticalCenter
-            text: root.text
+            text: root.caption
             textFormat: Text.PlainText
             font: root.font
             color: root.foreground

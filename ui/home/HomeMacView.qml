@@ -63,7 +63,8 @@ FocusScope {
 
                     ActionButton {
                         objectName: "pasteAndSave"
-                        text: qsTr("Paste & save")
+                        caption: qsTr("Paste & save")
+                        text: caption.replace("&", "&&")
                         iconName: "clipboard"
                         kind: ActionButton.Secondary
                         onClicked: root.home.pasteAndSave()
