@@ -7,12 +7,17 @@
 #include <QMetaObject>
 #include <QNetworkInformation>
 #include <QObject>
+#include <QTimer>
 
+#include <chrono>
 #include <optional>
 #include <utility>
 
 namespace veltro {
 namespace {
+
+// What a window takes to open.
+constexpr std::chrono::milliseconds startTime(300);
 
 NetworkPath pathOf(const QNetworkInformation &network)
 {
@@ -36,8 +41,7 @@ public:
     {
         // Asking the system takes calls to other processes, which the first frame need not wait
         // for.
-        QMetaObject::invokeMethod(
-            this, [this] { begin(); }, Qt::QueuedConnection);
+        QTimer::singleShot(startTime, this, [this] { begin(); });
     }
 
 private:

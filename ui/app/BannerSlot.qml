@@ -3,21 +3,27 @@
 import QtQuick
 import Veltro.Design
 
-/// Lets what is put into it move in from the top edge and fade, and out again.
+/// Lets its content move in from the top edge and fade, and out again. It is made when it is first
+/// shown.
 Item {
     id: root
 
     required property bool shown
     property bool springs: true
     property real progress: root.shown ? 1 : 0
-    default property alias content: holder.data
+    property alias content: holder.sourceComponent
 
     anchors.horizontalCenter: parent ? parent.horizontalCenter : undefined
-    implicitWidth: holder.childrenRect.width
-    implicitHeight: holder.childrenRect.height
+    implicitWidth: holder.width
+    implicitHeight: holder.height
     visible: root.progress > 0
     enabled: root.shown
     opacity: root.progress
+
+    onShownChanged: if (root.shown)
+        holder.active = true
+    Component.onCompleted: if (root.shown)
+        holder.active = true
 
     Behavior on progress {
         NumberAnimation {
@@ -26,10 +32,9 @@ Item {
             easing.bezierCurve: root.springs ? Theme.spring : Theme.easeOut
         }
     }
-    Item {
+    Loader {
         id: holder
-        width: parent.width
-        height: parent.height
+        active: false
         y: -(1 - root.progress) * (root.height + 24)
     }
 }

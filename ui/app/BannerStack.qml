@@ -3,7 +3,8 @@
 import QtQuick
 import Veltro.Types
 
-/// The banners along the top of the screen, and how long they stay.
+/// The banners along the top of the screen, and how long they stay. Their components are not bound:
+/// Qt 6.4 refuses those to a loader of another file.
 Column {
     id: root
 
@@ -37,18 +38,19 @@ Column {
         interval: 5000
         onTriggered: root.store.clearCompletedToast()
     }
+    // qmllint disable unqualified
     BannerSlot {
         objectName: "offlineSlot"
         shown: !root.store.network.isOnline
         springs: false
-        NetworkBannerMac {
+        content: NetworkBannerMac {
             objectName: "networkBanner"
         }
     }
     BannerSlot {
         objectName: "startedSlot"
         shown: root.store.hasStartedToast
-        StartedDownloadBannerMac {
+        content: StartedDownloadBannerMac {
             objectName: "startedBanner"
             label: root.store.startedToast
             maximumWidth: root.width - 24
@@ -61,7 +63,7 @@ Column {
     BannerSlot {
         objectName: "completedSlot"
         shown: root.store.hasCompletedToast
-        CompletedDownloadBannerMac {
+        content: CompletedDownloadBannerMac {
             objectName: "completedBanner"
             savedTitle: root.store.completedToast.title
             maximumWidth: root.width - 24
@@ -72,4 +74,5 @@ Column {
             onDismissed: root.store.clearCompletedToast()
         }
     }
+    // qmllint enable unqualified
 }

@@ -18,6 +18,8 @@ T.ApplicationWindow {
     required property HomeModel home
     required property WindowMemory memory
     required property UpdateManager updates
+    /// Set when the first frame is on the screen: what it did not show is made then.
+    property bool isShown: false
     property bool mayClose: false
     // What a window manager draws around the window; it tells how much when the window is there.
     readonly property size frame: Qt.size(12, 40)
@@ -110,6 +112,7 @@ T.ApplicationWindow {
         id: sheets
         store: root.store
         updates: root.updates
+        isDue: root.isShown
         onCloseConfirmed: {
             root.mayClose = true;
             root.close();
@@ -117,7 +120,7 @@ T.ApplicationWindow {
         onCloseSettled: if (!root.mayClose)
             root.updates.stay()
     }
-    SettingsWindow {
+    LazySettings {
         id: settings
         store: root.store
     }

@@ -6,14 +6,17 @@ import Veltro.Batch
 import Veltro.Design
 import Veltro.Types
 
-/// What lies over the screens: driven by the coordinator, which hears of each closing.
+/// What lies over the screens: driven by the coordinator, which hears of each closing. Its components
+/// are not bound: Qt 6.4 refuses those to a loader that is a type of its own.
 Item {
     id: root
 
     required property MacAppStore store
     required property UpdateManager updates
+    /// Whether there is time to make them.
+    required property bool isDue
     /// Whether any of them has the keyboard.
-    readonly property bool open: batch.visible || picker.open || engineAlert.visible || about.visible || updateSheet.visible || closeQuestion.visible
+    readonly property bool open: batch.isOpen || picker.open || engineAlert.isOpen || about.isOpen || updateSheet.isOpen || closeQuestion.isOpen
     signal closeConfirmed
     /// The question is gone, whatever the answer was.
     signal closeSettled
@@ -40,10 +43,21 @@ Item {
         }
         target: root.store
     }
-    BatchPasteMacView {
+    Connections {
+        function onIsShownChanged() {
+            if (root.updates.isShown)
+                updateSheet.open();
+        }
+        target: root.updates
+    }
+    // qmllint disable unqualified
+    LazySheet {
         id: batch
-        objectName: "batchSheet"
-        store: root.store
+        isDue: root.isDue
+        sourceComponent: BatchPasteMacView {
+            objectName: "batchSheet"
+            store: root.store
+        }
     }
     Loader {
         id: picker
@@ -57,31 +71,44 @@ Item {
                 "store": root.store
             });
     }
-    UpdateSheet {
+    LazySheet {
         id: updateSheet
-        objectName: "updateSheet"
-        updates: root.updates
+        isDue: root.isDue
+        sourceComponent: UpdateSheet {
+            objectName: "updateSheet"
+            updates: root.updates
+        }
     }
-    AboutPanel {
+    LazySheet {
         id: about
-        objectName: "aboutPanel"
+        isDue: root.isDue
+        sourceComponent: AboutPanel {
+            objectName: "aboutPanel"
+        }
     }
-    Alert {
+    LazySheet {
         id: engineAlert
-        objectName: "engineAlert"
-        title: qsTr("Engine error")
-        message: root.store.engineError
-        onClosed: root.store.showEngineError = false
+        isDue: root.isDue
+        sourceComponent: Alert {
+            objectName: "engineAlert"
+            title: qsTr("Engine error")
+            message: root.store.engineError
+            onClosed: root.store.showEngineError = false
+        }
     }
-    Alert {
+    LazySheet {
         id: closeQuestion
-        objectName: "closeQuestion"
-        title: qsTr("Downloads are still active")
-        message: qsTr("Closing the window stops them. What is on the disk already stays, and saving the same link again goes on from there.")
-        acceptText: qsTr("Stop and Quit")
-        cancelText: qsTr("Keep Downloading")
-        destructive: true
-        onAccepted: root.closeConfirmed()
-        onClosed: root.closeSettled()
+        isDue: root.isDue
+        sourceComponent: Alert {
+            objectName: "closeQuestion"
+            title: qsTr("Downloads are still active")
+            message: qsTr("Closing the window stops them. What is on the disk already stays, and saving the same link again goes on from there.")
+            acceptText: qsTr("Stop and Quit")
+            cancelText: qsTr("Keep Downloading")
+            destructive: true
+            onAccepted: root.closeConfirmed()
+            onClosed: root.closeSettled()
+        }
     }
+    // qmllint enable unqualified
 }

@@ -18,13 +18,13 @@ int main(int argc, char *argv[])
     QGuiApplication::setApplicationName(QStringLiteral("veltro"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Veltro"));
     QGuiApplication::setDesktopFileName(programIdentifier());
+    applyAppearance();
+    Program program;
     SingleInstance instance;
     if (instance.start(QGuiApplication::arguments().mid(1)) ==
         SingleInstance::Outcome::handedOver) {
         return 0;
     }
-    applyAppearance();
-    Program program;
     if (!program.start()) {
         return 1;
     }

@@ -8,6 +8,7 @@
 #include "library/search_indexer.h"
 
 #include <QGuiApplication>
+#include <QQmlComponent>
 #include <QQuickWindow>
 
 namespace veltro {
@@ -18,6 +19,11 @@ constexpr int recentItems = 6;
 bool isProgramActive()
 {
     return QGuiApplication::applicationState() == Qt::ApplicationActive;
+}
+
+QUrl mainWindowFile()
+{
+    return QUrl(QStringLiteral("qrc:/qt/qml/Veltro/App/MainWindow.qml"));
 }
 
 MacPasteWatcher::Delivery clipboardDelivery()
@@ -46,6 +52,9 @@ Program::Program()
     setDesktop(&m_desktop);
     setLibraryServices(&m_library);
     setLoggedInSites(&m_sites);
+    m_qml.addImportPath(QStringLiteral(":/qt/qml"));
+    // A child of the engine.
+    new QQmlComponent(&m_qml, mainWindowFile(), QQmlComponent::Asynchronous, &m_qml);
 }
 
 Program::~Program()
@@ -57,14 +66,15 @@ Program::~Program()
 
 bool Program::start()
 {
-    m_qml.addImportPath(QStringLiteral(":/qt/qml"));
+    // The drawing is made ready while another thread reads what the window is made of.
+    const QQuickWindow drawing;
     m_qml.setInitialProperties({
         {QStringLiteral("store"), QVariant::fromValue(&m_store)},
         {QStringLiteral("home"), QVariant::fromValue(&m_home)},
         {QStringLiteral("memory"), QVariant::fromValue(&m_memory)},
         {QStringLiteral("updates"), QVariant::fromValue(&m_updates)},
     });
-    m_qml.load(QUrl(QStringLiteral("qrc:/qt/qml/Veltro/App/MainWindow.qml")));
+    m_qml.load(mainWindowFile());
     const QList<QObject *> roots = m_qml.rootObjects();
     m_window = roots.isEmpty() ? nullptr : qobject_cast<QQuickWindow *>(roots.constFirst());
     if (!m_window) {
@@ -84,6 +94,7 @@ void Program::afterFirstFrame()
     }
     m_hasBegun = true;
     disconnect(m_window, &QQuickWindow::frameSwapped, this, nullptr);
+    m_window->setProperty("isShown", true);
     m_store.beginEngine();
     detach(openLibrary(this), QStringLiteral("the library"));
 }

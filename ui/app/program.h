@@ -22,7 +22,8 @@
 namespace veltro {
 
 /// What lives as long as the process: the services, the coordinator over them, and the window.
-/// Needs the application object. Main thread.
+/// Needs the application object. The window's files are read from the construction on, so that
+/// there is time for other things before start(). Main thread.
 class Program : public QObject {
     Q_OBJECT
 public:

@@ -49,6 +49,7 @@ public:
         }
         m_window = qobject_cast<QQuickWindow *>(m_qml.rootObjects().constFirst());
         m_window->show();
+        m_window->setProperty("isShown", true);
     }
     ~WindowBench()
     {
@@ -83,10 +84,14 @@ public:
         }
         return nullptr;
     }
-    /// A sheet or an alert.
+    /// A sheet or an alert. They are made in spare time.
     [[nodiscard]] QObject &popup(const QString &name)
     {
-        auto *found = m_window->findChild<QObject *>(name);
+        QObject *found = nullptr;
+        (void)QTest::qWaitFor([&] {
+            found = m_window->findChild<QObject *>(name);
+            return found != nullptr;
+        });
         if (found == nullptr) {
             qFatal("there is no popup %s", qPrintable(name));
         }
