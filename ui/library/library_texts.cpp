@@ -9,8 +9,40 @@
 #include <QCoreApplication>
 #include <QStringList>
 
+#include <algorithm>
+
 namespace veltro {
 namespace {
+
+// What somebody else wrote, kept from turning around what stands beside it on the line.
+QString isolated(QString text)
+{
+    constexpr char16_t firstIsolate = 0x2068;
+    constexpr char16_t endOfIsolate = 0x2069;
+    const auto turns = [](QChar letter) {
+        switch (letter.direction()) {
+        case QChar::DirR:
+        case QChar::DirAL:
+        case QChar::DirLRE:
+        case QChar::DirLRO:
+        case QChar::DirRLE:
+        case QChar::DirRLO:
+        case QChar::DirPDF:
+        case QChar::DirLRI:
+        case QChar::DirRLI:
+        case QChar::DirFSI:
+        case QChar::DirPDI:
+            return true;
+        default:
+            return false;
+        }
+    };
+    if (std::none_of(text.cbegin(), text.cend(), turns)) {
+        return text;
+    }
+    text.remove(QChar(endOfIsolate)); // it would end ours
+    return QChar(firstIsolate) + text + QChar(endOfIsolate);
+}
 
 QString joined(QStringList parts, const QString &between)
 {
@@ -34,9 +66,9 @@ QString detailsText(const DownloadItem &item)
 {
     return joined(
         {
-            item.uploader.value_or(QString()),
+            isolated(item.uploader.value_or(QString())),
             item.durationSeconds ? player::durationText(*item.durationSeconds) : QString(),
-            item.formatLabel,
+            isolated(item.formatLabel),
             item.fileSizeBytes > 0 ? fileByteCount(item.fileSizeBytes) : QString(),
         },
         QStringLiteral(" · "));

@@ -61,6 +61,7 @@ public:
     [[nodiscard]] QQuickWindow &window() { return *m_window; }
     [[nodiscard]] HomeModel &homeModel() { return m_home; }
     [[nodiscard]] WindowMemory &memory() { return m_memory; }
+    [[nodiscard]] LibraryServices &library() { return m_library; }
     [[nodiscard]] UpdateManager &updates() { return m_updates; }
 
     /// The item of that name, wherever it is in the window; fails the program when there is none.

@@ -1,0 +1,215 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Titles that somebody made to do harm, in every place of the window that shows one.
+#include "library/model_context.h"
+#include "tests/ui/app/window_bench.h"
+
+#include <QRegularExpression>
+
+#include <functional>
+
+namespace veltro {
+
+#define TRY(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, CoordinatorBench::patience)
+
+class TestHostileTitles : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void areShownAsTheyAre_data();
+    void areShownAsTheyAre();
+
+private:
+    void showEverywhere(const QString &title);
+    /// Looks at all texts, once the title is seen in as many places.
+    void lookAtTexts(const QString &title, int leastPlaces);
+    [[nodiscard]] QString faultIn(const QString &title, int leastPlaces);
+    [[nodiscard]] QList<QQuickItem *> texts();
+    void visit(QQuickItem &item, const std::function<void(QQuickItem &)> &visitor);
+
+    std::unique_ptr<WindowBench> m_bench;
+    std::unique_ptr<LibraryItemsModel> m_recents;
+};
+
+void TestHostileTitles::init()
+{
+    QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
+    m_bench = std::make_unique<WindowBench>();
+    m_recents = std::make_unique<LibraryItemsModel>();
+    QVERIFY(QTest::qWaitForWindowActive(&m_bench->window()));
+}
+
+void TestHostileTitles::cleanup()
+{
+    m_bench->homeModel().setRecents(nullptr);
+    m_bench.reset();
+    m_recents.reset();
+}
+
+void TestHostileTitles::visit(QQuickItem &item, const std::function<void(QQuickItem &)> &visitor)
+{
+    if (!item.isVisible()) {
+        return;
+    }
+    visitor(item);
+    const QList<QQuickItem *> children = item.childItems();
+    for (QQuickItem *child : children) {
+        visit(*child, visitor);
+    }
+}
+
+void TestHostileTitles::showEverywhere(const QString &title)
+{
+    const std::shared_ptr<ModelContainer> container =
+        makeContainer(m_bench->home.path(QStringLiteral("library.sqlite")));
+    DownloadItem item;
+    item.id = QUuid::createUuid();
+    item.title = title;
+    item.uploader = title;
+    item.formatLabel = title;
+    item.sourceURL = m_bench->site.url(QStringLiteral("/plain"));
+    item.localFileURL =
+        QUrl::fromLocalFile(m_bench->home.path(QStringLiteral("<img src=x> film.mp4")));
+    item.thumbnailFileURL = m_bench->site.url(QStringLiteral("/fetched.png"));
+    item.stateRaw = QStringLiteral("done");
+    item.createdAt = QDateTime::currentDateTimeUtc();
+    item.completedAt = item.createdAt;
+    ModelContext context(container);
+    context.insert(item);
+    QVERIFY(context.save());
+    m_recents->setLimit(6);
+    m_recents->setContainer(container);
+    m_bench->homeModel().setRecents(m_recents.get());
+    m_bench->library().setContainer(container);
+
+    using Kind = ItemState::Kind;
+    for (const ItemState &state :
+         {ItemState{Kind::running, {}}, ItemState::failed(title), ItemState{Kind::done, {}}}) {
+        auto record = std::make_shared<DownloadProgressState>(
+            DownloadOrder{QUuid::createUuid(), m_bench->site.url(QStringLiteral("/plain")),
+                          QStringLiteral("best"), title});
+        record->setTitle(title);
+        record->setState(state);
+        m_bench->downloads().append(std::move(record));
+    }
+}
+
+QList<QQuickItem *> TestHostileTitles::texts()
+{
+    QList<QQuickItem *> found;
+    visit(*m_bench->window().contentItem(), [&](QQuickItem &item) {
+        if (item.inherits("QQuickText")) {
+            found.append(&item);
+        }
+    });
+    return found;
+}
+
+QString TestHostileTitles::faultIn(const QString &title, int leastPlaces)
+{
+    (void)m_bench->window().grabWindow(); // laid out and drawn
+    const QRectF window(QPointF(-1, -1), m_bench->window().size() + QSize(2, 2));
+    int places = 0;
+    const QList<QQuickItem *> seen = texts();
+    for (QQuickItem *text : seen) {
+        if (text->property("textFormat").toInt() != int(Qt::PlainText)) {
+            return QStringLiteral("a text is no plain one");
+        }
+        // Lines are as good as words where there is room for one line.
+        if (!text->property("text").toString().simplified().contains(title.simplified())) {
+            continue;
+        }
+        ++places;
+        // What does not fit is cut off within the item, or by what it lies in.
+        const double width = text->property("contentWidth").toDouble();
+        const double height = text->property("contentHeight").toDouble();
+        bool isClipped = text->clip();
+        for (QQuickItem *above = text->parentItem(); above; above = above->parentItem()) {
+            isClipped = isClipped || above->clip();
+        }
+        const QRectF drawn = text->mapRectToScene({0, 0, width, height});
+        if ((!isClipped && !window.contains(drawn)) || width > text->width() + 1) {
+            return QStringLiteral("it reaches out: ") + QDebug::toString(drawn);
+        }
+    }
+    return places < leastPlaces ? QStringLiteral("it stands in %1 places").arg(places) : QString();
+}
+
+void TestHostileTitles::lookAtTexts(const QString &title, int leastPlaces)
+{
+    // Banners and sheets are on their way for a moment.
+    QTRY_COMPARE_WITH_TIMEOUT(faultIn(title, leastPlaces), QString(), CoordinatorBench::patience);
+}
+
+void TestHostileTitles::areShownAsTheyAre_data()
+{
+    QTest::addColumn<QString>("title");
+    const QString mark =
+        QStringLiteral("<b>bold</b> <img src=\"%1\"> <a href='%1'>a</a> &lt;script&gt;");
+    QTest::newRow("markup") << mark;
+    QTest::newRow("a whole document")
+        << QStringLiteral("<!DOCTYPE html><html><body>") + mark + QStringLiteral("</body></html>");
+    QTest::newRow("ten thousand letters, markup among them")
+        << mark + QString(10'000 - mark.size(), u'W');
+    QTest::newRow("ten thousand lines") << QStringLiteral("a\n").repeated(5'000);
+    QTest::newRow("ten thousand turns")
+        << QStringLiteral("\u202Egpj.\u2066exe\u202C\u2069 ").repeated(1'000);
+    QTest::newRow("right to left") << QStringLiteral("שלום ").repeated(2'000);
+    QTest::newRow("one letter under ten thousand accents")
+        << QStringLiteral("Z") + QString(10'000, QChar(0x0351));
+}
+
+void TestHostileTitles::areShownAsTheyAre()
+{
+    QFETCH(QString, title);
+    title.replace(QStringLiteral("%1"),
+                  m_bench->site.url(QStringLiteral("/fetched.png")).toString());
+    MacAppStore &store = m_bench->store();
+    showEverywhere(title);
+    QTRY_COMPARE_WITH_TIMEOUT(m_recents->count(), 1, CoordinatorBench::patience);
+    store.setStartedToast(title);
+    store.setCompletedToast(CompletedToast{QUuid::createUuid(), title, QUrl()});
+    lookAtTexts(title, 2); // Home's recent saves, and a banner; the other one goes soon
+
+    store.setSelectedTab(MacTab::downloads);
+    lookAtTexts(title, 3);
+
+    store.setSelectedTab(MacTab::library);
+    QQuickItem *tile = nullptr;
+    const auto findTile = [&] {
+        visit(*m_bench->window().contentItem(), [&](QQuickItem &item) {
+            if (QByteArray(item.metaObject()->className()).startsWith("LibraryTile_")) {
+                tile = &item;
+            }
+        });
+        return tile != nullptr;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(findTile(), CoordinatorBench::patience);
+    QTest::mouseClick(&m_bench->window(), Qt::LeftButton, Qt::NoModifier,
+                      tile->mapToScene({tile->width() / 2, 30}).toPoint());
+    lookAtTexts(title, 4); // on the tile and beside the player
+
+    MediaInfo info;
+    info.title = title;
+    info.uploader = title;
+    info.webpageURL = m_bench->site.url(QStringLiteral("/plain"));
+    store.setPendingFormatPick(FormatPickRequest{QUuid::createUuid(), *info.webpageURL, info});
+    TRY(m_bench->popup(QStringLiteral("formatPicker")).property("opened").toBool());
+    lookAtTexts(title, 2);
+    store.clearPendingFormatPick();
+
+    store.setEngineError(title);
+    store.setShowEngineError(true);
+    TRY(m_bench->popup(QStringLiteral("engineAlert")).property("opened").toBool());
+    lookAtTexts(title, 1);
+    store.setShowEngineError(false);
+
+    QCOMPARE(m_bench->window().title(), QStringLiteral("Veltro"));
+    QCOMPARE(m_bench->site.requestCount(QStringLiteral("/fetched.png")), 0);
+}
+
+}
+
+QTEST_MAIN(veltro::TestHostileTitles)
+#include "tst_hostile_titles.moc"
