@@ -38,7 +38,8 @@ void Pasteboard::read(Use use, QObject *, Reply reply)
     if (held && held->size() > longestOf(use)) {
         held.reset();
     }
-    reply(held);
+    const Reply answer = std::move(reply);
+    answer(held);
 }
 
 DesktopPasteboard::DesktopPasteboard(QObject *parent) : Pasteboard(parent)
