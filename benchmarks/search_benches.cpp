@@ -37,6 +37,7 @@ SearchableItem videoAt(int number)
 void fill(SearchIndex &index, int count)
 {
     std::vector<SearchableItem> items;
+    items.reserve(static_cast<std::size_t>(count));
     for (int number = 0; number < count; ++number) {
         items.push_back(videoAt(number));
     }

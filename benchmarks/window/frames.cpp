@@ -245,7 +245,8 @@ void scrollLibrary(Program &program, FrameWatch &watch)
     pressKeys("library", watch);
     const int row = screen->selection()->currentRow();
     demand(row == first + inputCount * screen->columns(), "keys of the library were lost");
-    const double top = row / screen->columns() * grid.item().property("cellHeight").toReal();
+    const int line = row / screen->columns();
+    const double top = line * grid.item().property("cellHeight").toReal();
     demand(grid.shows(top), "the library does not show the row that the keys have chosen");
     display.press(endKey);
     let(settling);

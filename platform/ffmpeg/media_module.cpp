@@ -51,6 +51,7 @@ public:
     constexpr std::size_t largestBlock = std::size_t{320} << 20;
     static const bool isLimited = (av_max_alloc(largestBlock), true);
     static_cast<void>(isLimited);
-    static veltro::ffmpeg::InProcessTools tools;
+    // Threads that end while the process does may still ask.
+    static auto &tools = *new veltro::ffmpeg::InProcessTools;
     return &tools;
 }

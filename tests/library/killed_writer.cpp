@@ -22,7 +22,9 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <dlfcn.h>
+#include <exception>
 #include <string>
 #include <sys/stat.h>
 #include <sys/types.h>
@@ -169,12 +171,8 @@ void saveCookies(const std::shared_ptr<ModelContainer> &container, int size, int
     }
 }
 
-}
-
-int main(int argc, char *argv[])
+int write(const QStringList &arguments)
 {
-    const QCoreApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
     killsAtIt = arguments.value(4) == QLatin1String("kill");
     fatalCall = arguments.value(5).toInt();
     counts = true;
@@ -193,4 +191,17 @@ int main(int argc, char *argv[])
     counts = false;
     tell("calls " + std::to_string(calls));
     return 0;
+}
+
+}
+
+int main(int argc, char *argv[])
+{
+    try {
+        const QCoreApplication application(argc, argv);
+        return write(QCoreApplication::arguments());
+    } catch (const std::exception &error) {
+        static_cast<void>(std::fputs(error.what(), stderr));
+        return 1;
+    }
 }

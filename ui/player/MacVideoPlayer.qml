@@ -125,6 +125,7 @@ FocusScope {
 
             // Still for long enough that nobody wants the controls.
             property bool still: false
+            property bool wasPaused: false
 
             anchors.fill: parent
             hoverEnabled: true
@@ -136,9 +137,17 @@ FocusScope {
             onClicked: {
                 stage.clicked = true;
                 stage.forceActiveFocus();
+                pointer.wasPaused = player.paused;
                 player.togglePlaying();
             }
-            onDoubleClicked: root.toggleFullScreen()
+            // Its first click was one, too, and is taken back.
+            onDoubleClicked: {
+                if (pointer.wasPaused)
+                    player.pause();
+                else
+                    player.play();
+                root.toggleFullScreen();
+            }
 
             Timer {
                 id: stillness

@@ -6,6 +6,7 @@
 #include "platform/log.h"
 #include "ui/player/player_options.h"
 
+#include <QCoreApplication>
 #include <QMetaObject>
 
 #include <array>
@@ -57,10 +58,20 @@ struct PlayerCore::State {
 
 namespace {
 
+SerialQueue &playerReaper();
+
+// What the libraries need to end is gone soon after the application object.
+void awaitPlayersEnds()
+{
+    playerReaper().sync([] {});
+}
+
 // Ending a player waits for its threads.
 SerialQueue &playerReaper()
 {
     static SerialQueue queue("com.veltro.player.end");
+    static const bool isAwaited = (qAddPostRoutine(awaitPlayersEnds), true);
+    static_cast<void>(isAwaited);
     return queue;
 }
 

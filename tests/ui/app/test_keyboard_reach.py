@@ -88,7 +88,8 @@ class KeyboardReachTest(SessionTest):
         self.assert_stops("combo box 'Quality'", "check box 'Extract audio by default'",
                           "combo box 'Audio format'", "check box 'Download subtitles'",
                           "text 'Languages (en, nl, es)'", "text 'Output template'",
-                          "check box 'Wi-Fi only'", "push button 'Add a site…'")
+                          "check box 'Wi-Fi only'", "push button 'Add a site…'",
+                          "push button 'Support'")
         self.keys.go_to("push button", "Add a site")
         self.keys.press("Return")
         self.tree.get("dialog", "Add a logged-in site")
