@@ -11,6 +11,10 @@
 #include "platform/ffmpeg/still_image.h"
 #include "platform/ffmpeg/stream_probe.h"
 
+#include <array>
+#include <cstddef>
+#include <new>
+
 namespace veltro::ffmpeg {
 namespace {
 
@@ -51,7 +55,9 @@ public:
     constexpr std::size_t largestBlock = std::size_t{320} << 20;
     static const bool isLimited = (av_max_alloc(largestBlock), true);
     static_cast<void>(isLimited);
-    // Threads that end while the process does may still ask.
-    static auto &tools = *new veltro::ffmpeg::InProcessTools;
-    return &tools;
+    // Never destroyed: threads that end while the process does may still ask.
+    using veltro::ffmpeg::InProcessTools;
+    alignas(InProcessTools) static std::array<std::byte, sizeof(InProcessTools)> place;
+    static auto *const tools = ::new (place.data()) InProcessTools;
+    return tools;
 }
