@@ -14,10 +14,10 @@ if(VELTRO_SANITIZER)
     add_link_options(-fsanitize=${VELTRO_SANITIZER})
 endif()
 
-# The tests that draw nothing: what the thread sanitizer is let near, which knows nothing of the
-# orders that the toolkit's drawing threads keep.
+# The tests that draw nothing: what the sanitizers are let near, which know nothing of the toolkit's
+# drawing threads and drivers.
 add_custom_target(tests_without_window)
-add_dependencies(tests_without_window veltro-engine veltro-media)
+add_dependencies(tests_without_window veltro-engine veltro-media veltro-fuzz)
 
 function(veltro_compile_settings target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Werror)
