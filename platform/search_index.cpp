@@ -121,7 +121,8 @@ private:
 
     const QString m_file;
     std::unique_ptr<SearchIndexStore> m_store; // used on the queue only
-    SerialQueue m_queue{"com.veltro.search"};  // last: it ends first
+    // Nobody waits for an entry, and those of a whole library take a while. Last: it ends first.
+    SerialQueue m_queue{"com.veltro.search", SerialQueue::Priority::background};
 };
 
 SearchIndex &SearchIndex::standard()

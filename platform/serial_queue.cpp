@@ -4,10 +4,12 @@
 
 #include <cstddef>
 #include <pthread.h>
+#include <sys/resource.h>
 
 namespace veltro {
 
-SerialQueue::SerialQueue(std::string label) : m_label(std::move(label)), m_thread([this] { run(); })
+SerialQueue::SerialQueue(std::string label, Priority priority)
+    : m_label(std::move(label)), m_priority(priority), m_thread([this] { run(); })
 {}
 
 SerialQueue::~SerialQueue()
@@ -40,6 +42,10 @@ void SerialQueue::run()
     constexpr std::size_t longest = 15;
     const std::size_t skipped = m_label.size() > longest ? m_label.size() - longest : 0;
     pthread_setname_np(pthread_self(), m_label.c_str() + skipped);
+    if (m_priority == Priority::background) {
+        constexpr int lowest = 19;
+        setpriority(PRIO_PROCESS, 0, lowest); // of this thread alone
+    }
     for (;;) {
         std::unique_lock guard(m_lock);
         m_wake.wait(guard, [this] { return m_ending || !m_work.empty(); });

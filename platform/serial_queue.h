@@ -17,8 +17,13 @@ namespace veltro {
 /// Every operation may be called from any thread.
 class SerialQueue {
 public:
+    enum class Priority {
+        usual,
+        background, ///< yields to whatever else wants the processor
+    };
+
     /// The label names the queue; its last 15 bytes name the thread.
-    explicit SerialQueue(std::string label);
+    explicit SerialQueue(std::string label, Priority priority = Priority::usual);
     /// Runs what is still queued, then ends the thread.
     ~SerialQueue();
     SerialQueue(const SerialQueue &) = delete;
@@ -45,6 +50,7 @@ private:
     void run();
 
     const std::string m_label;
+    const Priority m_priority;
     std::mutex m_lock;
     std::condition_variable m_wake;
     std::deque<std::function<void()>> m_work; // guarded by m_lock
