@@ -152,6 +152,10 @@ void Database::Close::operator()(sqlite3 *connection) const
 
 Database::Database(const QString &file)
 {
+    // Nobody asks for the sums of memory, which cost a lock for each piece. Only before the first
+    // connection; a later request is refused, and harmless.
+    static const int counting = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+    (void)counting;
     sqlite3 *connection = nullptr;
     const int code =
         sqlite3_open_v2(QFile::encodeName(file).constData(), &connection,

@@ -9,6 +9,9 @@
 #include "platform/log.h"
 
 #include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <string>
 #include <sys/resource.h>
 #include <utility>
@@ -18,6 +21,19 @@ namespace {
 
 // What is in memory at once, and what the end of the process waits for.
 constexpr std::size_t indexedAtOnce = 200;
+// Even a thread that yields takes caches and memory from the one that draws.
+constexpr int restInBackground = 4;
+
+using Clock = std::chrono::steady_clock;
+
+/// Ends early when a stop is asked for.
+void pause(Clock::duration time, const std::stop_token &stop)
+{
+    std::mutex lock;
+    std::condition_variable_any ended;
+    std::unique_lock guard(lock);
+    ended.wait_for(guard, stop, time, [] { return false; });
+}
 
 std::optional<QString> describedBy(const DownloadItem &item)
 {
@@ -94,16 +110,19 @@ void indexForSearch(const DownloadItem &item)
     SearchIndex::standard().indexItems({searchableItem(item)});
 }
 
-void indexWhatIsMissing(ModelContainer &library, SearchIndex &index, const std::stop_token &stop)
+void indexWhatIsMissing(ModelContainer &library, SearchIndex &index, const std::stop_token &stop,
+                        int rest)
 {
     try {
         Database database = library.openForReading();
         const std::vector<std::string> ids = missingIds(database, index);
         for (std::size_t done = 0; done < ids.size() && !stop.stop_requested();) {
+            const auto begun = Clock::now();
             const std::size_t end = std::min(ids.size(), done + indexedAtOnce);
             index.indexItems(readItems(database, ids.data() + done, ids.data() + end));
             index.finish();
             done = end;
+            pause(rest * (Clock::now() - begun), stop);
         }
     } catch (const StoreError &error) {
         logLine(LogTag::engine, error.what());
@@ -115,7 +134,7 @@ std::jthread indexWhatIsMissingInBackground(std::shared_ptr<ModelContainer> libr
     return std::jthread([library = std::move(library)](const std::stop_token &stop) {
         constexpr int lowest = 19;
         setpriority(PRIO_PROCESS, 0, lowest); // of this thread alone
-        indexWhatIsMissing(*library, SearchIndex::standard(), stop);
+        indexWhatIsMissing(*library, SearchIndex::standard(), stop, restInBackground);
     });
 }
 

@@ -41,7 +41,7 @@ bool importYtDlp(const std::string &library)
 int main(int argc, char *argv[])
 {
     const QGuiApplication application(argc, argv);
-    QQuickWindow::setTextRenderType(QQuickWindow::QtTextRendering);
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     QQmlApplicationEngine engine;
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Veltro/Bench/BareWindow.qml")));
     auto *const window = qobject_cast<QQuickWindow *>(engine.rootObjects().value(0));

@@ -12,6 +12,8 @@
 #include "engine/service/event_stream.h"
 #include "library/model_container.h"
 #include "library/model_context.h"
+#include "library/search_indexer.h"
+#include "platform/search_index.h"
 #include "ui/app/program.h"
 #include "ui/design/appearance.h"
 #include "ui/library/library_screen.h"
@@ -320,6 +322,8 @@ void prepareLibrary()
         context.insert(item);
     }
     demand(context.save(), "the library cannot be filled");
+    // As each entry is when it is saved: else the program would do it while it is watched.
+    indexWhatIsMissing(*container, SearchIndex::standard());
 }
 
 void measureProgram()
@@ -337,7 +341,7 @@ void measureProgram()
 
 void measureBare()
 {
-    QQuickWindow::setTextRenderType(QQuickWindow::QtTextRendering);
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     QQmlApplicationEngine engine;
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Veltro/Bench/BareWindow.qml")));
     auto *const window = qobject_cast<QQuickWindow *>(engine.rootObjects().value(0));

@@ -3,7 +3,6 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Templates as T
-import QtQuick.Window
 import Veltro.App
 import Veltro.Design
 import Veltro.Home

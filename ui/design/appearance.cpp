@@ -30,7 +30,7 @@ void applyAppearance()
     palette.setColor(QPalette::Highlight, QColor::fromRgb(accentColor));
     palette.setColor(QPalette::HighlightedText, Qt::white);
     QGuiApplication::setPalette(palette);
-    QQuickWindow::setTextRenderType(QQuickWindow::QtTextRendering);
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
 }
 
 }
