@@ -4,10 +4,10 @@ import QtQuick
 import Veltro.Design
 
 /// A coloured dot; the text beside it says what it means.
-Rectangle {
+Surface {
     implicitWidth: 8
     implicitHeight: 8
     radius: 4
-    antialiasing: true
+    cornerExponent: 2
     color: Theme.neutral
 }

@@ -28,11 +28,12 @@ T.TextField {
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
 
-    cursorDelegate: Rectangle {
+    cursorDelegate: Surface {
         id: caret
 
         width: 2
         radius: 1
+        cornerExponent: 2
         color: Theme.accent
         visible: root.cursorVisible
 
