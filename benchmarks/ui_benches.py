@@ -116,7 +116,7 @@ def idle_memory(place):
         ours, baseline = paired(
             lambda: shown.watch("memory")[0]["megabytes"],
             lambda: shown.watch_bare("memory", library, environment=environment)[0]["megabytes"],
-            3)
+            PAIRS)
         bare = shown.watch_bare("memory", "")[0]["megabytes"]
     yield verdict(ours, baseline,
                   "a bare window and the interpreter with yt_dlp imported, in one process",
