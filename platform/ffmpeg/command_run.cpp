@@ -6,7 +6,6 @@
 #include "platform/ffmpeg/output_plan.h"
 #include "platform/ffmpeg/playback_transcode.h"
 #include "platform/ffmpeg/run_report.h"
-#include "platform/ffmpeg/safe_input.h"
 #include "platform/ffmpeg/scheduler.h"
 
 #include <algorithm>
@@ -42,18 +41,6 @@ InputFiles openInputs(const CommandLine &command, const RunContext &run)
             std::make_unique<InputFile>(arguments, static_cast<int>(inputs.size()), run));
     }
     return inputs;
-}
-
-std::vector<std::string> localPaths(const InputFiles &inputs)
-{
-    std::vector<std::string> paths;
-    for (const auto &input : inputs) {
-        InputName name = classifyInput(input->url());
-        if (name.kind == InputKind::localFile) {
-            paths.push_back(std::move(name.path));
-        }
-    }
-    return paths;
 }
 
 OutputFiles planOutputs(const CommandLine &command, const InputFiles &inputs, const RunContext &run)
@@ -95,7 +82,7 @@ void runOnce(const CommandLine &command, const RunContext &run)
     const bool replaces =
         std::any_of(command.outputs.begin(), command.outputs.end(), isPlaybackTranscode);
     const InputFiles inputs = openInputs(command, run);
-    MuxerFiles muxerFiles(localPaths(inputs), run.control);
+    MuxerFiles muxerFiles(inputs, run.control);
     const OutputFiles outputs = planOutputs(command, inputs, run);
     if (outputs.empty()) {
         throw CommandFailed("At least one output file must be specified");

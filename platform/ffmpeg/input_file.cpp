@@ -66,6 +66,7 @@ InputFile::InputFile(const FileArguments &arguments, int index, const RunContext
 {
     LibraryOptions options = sortLibraryOptions(arguments);
     m_context = openInput(arguments, options, run);
+    m_sources.emplace(*m_context);
     forceDecoders(arguments);
     if (readStreamInformation(*m_context) < 0) {
         m_run.control.check();
@@ -293,6 +294,18 @@ void InputFile::keepPace()
         m_run.control.check();
         std::this_thread::sleep_for(pollInterval);
     }
+}
+
+std::optional<std::string> refusalToWrite(const std::string &url, const std::string &path,
+                                          const InputFiles &inputs)
+{
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+        if (inputs[i]->readsFrom(path)) {
+            return "Output " + url + " same as Input #" + std::to_string(i) +
+                   " - exiting\nFFmpeg cannot edit existing files in-place.";
+        }
+    }
+    return std::nullopt;
 }
 
 }

@@ -4,6 +4,7 @@
 #include "platform/ffmpeg/av_ptr.h"
 #include "platform/ffmpeg/command_line.h"
 #include "platform/ffmpeg/input_loop.h"
+#include "platform/ffmpeg/input_sources.h"
 #include "platform/ffmpeg/input_timeline.h"
 #include "platform/ffmpeg/library_options.h"
 #include "platform/ffmpeg/run_control.h"
@@ -12,7 +13,9 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace veltro::ffmpeg {
@@ -52,6 +55,8 @@ public:
     [[nodiscard]] const std::string &url() const { return m_url; }
     [[nodiscard]] std::vector<InputStream> &streams() { return m_streams; }
     [[nodiscard]] const TimeRange &range() const { return m_range; }
+    /// Whether what is read comes from this file, or from it among others. Any thread.
+    [[nodiscard]] bool readsFrom(const std::string &path) const { return m_sources->has(path); }
     [[nodiscard]] bool isAccurate() const { return m_isAccurate; } ///< -accurate_seek
     /// What is added to the file's timestamps at the start, in microseconds.
     [[nodiscard]] std::int64_t offset() const { return m_offset; }
@@ -86,6 +91,7 @@ private:
     const bool m_isPaced; ///< -re: read no faster than it plays
     TimeRange m_range;    // settled when the file is open
     InputContextPtr m_context;
+    std::optional<InputSources> m_sources;
     std::vector<InputStream> m_streams; // addresses stay: filled once
     std::int64_t m_offset = 0;
     std::optional<InputTimeline> m_timeline;
@@ -93,5 +99,12 @@ private:
     std::optional<std::chrono::steady_clock::time_point> m_begun;
     std::int64_t m_furthest = 0; // of all streams, for the pace
 };
+
+using InputFiles = std::vector<std::unique_ptr<InputFile>>;
+
+/// Why a file must not be written, in the tool's words: an input is read from it. Any thread.
+/// @param url as the file is called, @param path without its protocol.
+[[nodiscard]] std::optional<std::string>
+refusalToWrite(const std::string &url, const std::string &path, const InputFiles &inputs);
 
 }

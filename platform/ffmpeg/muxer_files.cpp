@@ -6,7 +6,6 @@
 #include "platform/ffmpeg/run_control.h"
 #include "platform/ffmpeg/safe_input.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace veltro::ffmpeg {
@@ -25,8 +24,8 @@ OpenFile librarysOwn()
 
 }
 
-MuxerFiles::MuxerFiles(std::vector<std::string> inputs, RunControl &control)
-    : m_inputs(std::move(inputs)), m_control(control)
+MuxerFiles::MuxerFiles(const InputFiles &inputs, RunControl &control)
+    : m_inputs(inputs), m_control(control)
 {
     control.setMuxerFiles(this);
 }
@@ -58,7 +57,7 @@ int MuxerFiles::open(AVFormatContext *muxer, AVIOContext **file, const char *url
     const OpenFile openFile = librarysOwn();
     const bool writes = flags & AVIO_FLAG_WRITE;
     if (!files || !openFile || name.kind != InputKind::localFile ||
-        (writes && files->isInput(name.path))) {
+        (writes && !files->mayWrite(url, name.path))) {
         return AVERROR(EPERM);
     }
     const int error = openFile(muxer, file, url, flags, options);
@@ -68,11 +67,21 @@ int MuxerFiles::open(AVFormatContext *muxer, AVIOContext **file, const char *url
     return error;
 }
 
-bool MuxerFiles::isInput(const std::string &path) const
+std::optional<std::string> MuxerFiles::refusal() const
 {
-    const WrittenFile file(path);
-    return std::any_of(m_inputs.begin(), m_inputs.end(),
-                       [&](const std::string &input) { return file.isSameAs(input); });
+    const std::lock_guard lock(m_mutex);
+    return m_refusal;
+}
+
+bool MuxerFiles::mayWrite(const char *url, const std::string &path)
+{
+    std::optional<std::string> refusal = refusalToWrite(url, path, m_inputs);
+    if (refusal) {
+        const std::lock_guard lock(m_mutex);
+        m_refusal = std::move(refusal);
+        return false;
+    }
+    return true;
 }
 
 void MuxerFiles::opened(const std::string &path)

@@ -91,13 +91,9 @@ OutputFile::~OutputFile()
 
 void OutputFile::checkTarget(const InputFiles &inputs) const
 {
-    for (std::size_t i = 0; i < inputs.size(); ++i) {
-        const InputName input = classifyInput(inputs[i]->url());
-        if (input.kind == InputKind::localFile && m_target->isSameAs(input.path)) {
-            throw CommandFailed("Output " + m_arguments.url + " same as Input #" +
-                                std::to_string(i) +
-                                " - exiting\nFFmpeg cannot edit existing files in-place.");
-        }
+    const auto refusal = refusalToWrite(m_arguments.url, m_target->path(), inputs);
+    if (refusal) {
+        throw CommandFailed(*refusal);
     }
     if (!m_run.overwrites && m_target->exists()) {
         throw CommandFailed("File '" + m_arguments.url + "' already exists. Exiting.");
@@ -156,6 +152,7 @@ void OutputFile::begin()
         avformat_write_header(m_context.get(), DictionaryLoan(m_libraryOptions.format));
     m_run.control.check();
     if (error < 0) {
+        checkRefusal();
         throw CommandFailed("Could not write header for output file #" + std::to_string(m_index) +
                             " (incorrect codec parameters ?): " + errorText(error));
     }
@@ -278,6 +275,7 @@ void OutputFile::mux(OutputStream &stream, AVPacket &packet)
     if (error < 0) {
         av_packet_unref(&packet);
         m_run.control.check();
+        checkRefusal();
         throw CommandFailed("av_interleaved_write_frame(): " + errorText(error));
     }
     reportProgress(stream);
@@ -332,6 +330,7 @@ void OutputFile::complete()
     const int error = av_write_trailer(m_context.get());
     m_run.control.check();
     if (error < 0) {
+        checkRefusal();
         throw CommandFailed("Error writing trailer of " + m_arguments.url + ": " +
                             errorText(error));
     }
@@ -343,6 +342,15 @@ void OutputFile::complete()
         }
     }
     m_target->keep();
+}
+
+// A muxer that was kept from an input knows no more than that it was not permitted.
+void OutputFile::checkRefusal() const
+{
+    const std::optional<std::string> refusal = m_run.control.muxerFiles()->refusal();
+    if (refusal) {
+        throw CommandFailed(*refusal);
+    }
 }
 
 // Formats of pictures open a file for each, or the one that they write again and again.

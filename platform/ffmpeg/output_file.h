@@ -76,6 +76,7 @@ private:
     void mux(OutputStream &stream, AVPacket &packet);
     void straighten(OutputStream &stream, AVPacket &packet) const;
     void reportProgress(const OutputStream &stream) const;
+    void checkRefusal() const;
 
     const RunContext &m_run;
     const FileArguments m_arguments;

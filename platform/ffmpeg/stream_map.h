@@ -4,12 +4,9 @@
 #include "platform/ffmpeg/command_line.h"
 #include "platform/ffmpeg/input_file.h"
 
-#include <memory>
 #include <vector>
 
 namespace veltro::ffmpeg {
-
-using InputFiles = std::vector<std::unique_ptr<InputFile>>;
 
 /// Chooses the input streams that an output is made of, in the output's order: by -map where it is
 /// given, otherwise the best of each kind that the output's format can carry.

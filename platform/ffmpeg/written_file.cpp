@@ -25,14 +25,6 @@ bool WrittenFile::exists() const
     return stat(m_path.c_str(), &now) == 0;
 }
 
-bool WrittenFile::isSameAs(const std::string &otherPath) const
-{
-    struct stat ours = {};
-    struct stat other = {};
-    return stat(m_path.c_str(), &ours) == 0 && stat(otherPath.c_str(), &other) == 0 &&
-           ours.st_dev == other.st_dev && ours.st_ino == other.st_ino;
-}
-
 void WrittenFile::opened()
 {
     struct stat now = {};

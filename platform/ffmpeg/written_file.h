@@ -18,7 +18,6 @@ public:
 
     [[nodiscard]] const std::string &path() const { return m_path; }
     [[nodiscard]] bool exists() const;
-    [[nodiscard]] bool isSameAs(const std::string &otherPath) const;
     /// The file has been created, or emptied, under the path.
     void opened();
     /// The other file is going to be moved here.

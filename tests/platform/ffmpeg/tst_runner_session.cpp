@@ -40,7 +40,8 @@ private Q_SLOTS:
     void leavesNothingWhenTheDiskIsFull();
     void leavesNothingOfAFormatWithManyFiles_data();
     void leavesNothingOfAFormatWithManyFiles();
-    void aPictureOfASeriesIsNeverWrittenOverTheInput();
+    void noInputIsWrittenOver_data();
+    void noInputIsWrittenOver();
     void neverRemovesWhatIsNoRegularFile();
     void readsNumbersWithAPointUnderACommaLocale();
     void obeysTheLevelOfItsLog();
@@ -390,16 +391,71 @@ void TestRunnerSession::leavesNothingOfAFormatWithManyFiles()
     QCOMPARE(here.entryList(QDir::Files), QStringList());
 }
 
-void TestRunnerSession::aPictureOfASeriesIsNeverWrittenOverTheInput()
+// "@" stands for a folder with the pictures 1 to 3, two streams, and a script that names these.
+void TestRunnerSession::noInputIsWrittenOver_data()
 {
+    QTest::addColumn<QString>("input");
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<bool>("isRefused");
+    const auto row = [](const char *why, const char *input, const char *output, bool isRefused) {
+        QTest::newRow(why) << QString::fromLatin1(input) << QString::fromLatin1(output)
+                           << isRefused;
+    };
+    row("a file", "-i @a.ts", "-c copy @a.ts", true);
+    row("a picture by a series", "-i @1.png", "-s 32x32 @%d.png", true);
+    row("a series by itself", "-f image2 -i @%d.png", "-s 32x32 @%d.png", true);
+    row("from its middle on", "-f image2 -i @%d.png", "-s 32x32 -start_number 2 @%d.png", true);
+    row("by its last picture", "-f image2 -start_number 2 -i @%d.png",
+        "-s 32x32 -start_number 3 @%01d.png", true);
+    row("one of a series", "-f image2 -i file:@%d.png", "-s 32x32 -update 1 @2.png", true);
+    row("pictures that fit", "-f image2 -pattern_type glob -i @[12].png", "-s 32x32 @%d.png", true);
+    row("behind a series", "-f image2 -i @%d.png", "-s 32x32 -start_number 4 @%d.png", false);
+    row("a picture before a series", "-f image2 -start_number 2 -i @%d.png",
+        "-s 32x32 -frames:v 1 @%d.png", false);
+    row("pictures of another kind", "-f image2 -i @%d.png", "-s 32x32 @%d.jpg", false);
+    row("a part of a script", "-f concat -safe 0 -i @parts.ffconcat", "-c copy @b.ts", true);
+    row("a script", "-f concat -safe 0 -i @parts.ffconcat", "-c copy -f mpegts @parts.ffconcat",
+        true);
+    row("beside a script's parts", "-f concat -safe 0 -i @parts.ffconcat", "-c copy @c.ts", false);
+    row("a part of a chain", "-i concat:@a.ts|@b.ts", "-c copy @b.ts", true);
+}
+
+void TestRunnerSession::noInputIsWrittenOver()
+{
+    QFETCH(const QString, input);
+    QFETCH(const QString, output);
+    QFETCH(const bool, isRefused);
     const QTemporaryDir folder;
-    const QString first = folder.filePath(u"1.png"_s);
-    QVERIFY(makeMedia(wordsOf("-f lavfi -i testsrc2=s=64x48 -frames:v 1") + QStringList{first}));
-    const QByteArray before = contentOf(first);
-    const ToolAnswer answer =
-        runInProcess({u"-y"_s, u"-i"_s, first, u"-s"_s, u"32x32"_s, folder.filePath(u"%d.png"_s)});
-    QCOMPARE(answer.code, 1);
-    QCOMPARE(contentOf(first), before);
+    const QDir here(folder.path());
+    QVERIFY(makeMedia(wordsOf("-f lavfi -i testsrc2=s=64x48 -frames:v 3") +
+                      QStringList{here.filePath(u"%d.png"_s)}));
+    for (const QString &name : {u"a.ts"_s, u"b.ts"_s}) {
+        QVERIFY(QFile::copy(path(u"av.ts"_s), here.filePath(name)));
+    }
+    QVERIFY(writeFile(here.filePath(u"parts.ffconcat"_s),
+                      "ffconcat version 1.0\n file a.ts\nduration 4\nfile 'b.ts'\n"));
+    const QStringList names = here.entryList(QDir::Files);
+    const auto contents = [&] {
+        QByteArrayList all;
+        for (const QString &name : names) {
+            all << contentOf(here.filePath(name));
+        }
+        return all;
+    };
+    const QByteArrayList before = contents();
+    QString command = u"-y "_s + input + u' ' + output;
+    command.replace(u'@', folder.path() + u'/');
+    const ToolAnswer answer = runInProcess(command.split(u' '));
+    if (isRefused) {
+        QCOMPARE(answer.code, 1);
+        QCOMPARE(lastLineOf(answer.log), "FFmpeg cannot edit existing files in-place.");
+        QVERIFY(answer.log.contains(" same as Input #0 - exiting"));
+        QCOMPARE(here.entryList(QDir::Files), names);
+    } else {
+        QVERIFY2(answer.code == 0, answer.log.constData());
+    }
+    // The one picture that may be written in an allowed row is no input there.
+    QCOMPARE(contents().mid(isRefused ? 0 : 1), before.mid(isRefused ? 0 : 1));
 }
 
 void TestRunnerSession::neverRemovesWhatIsNoRegularFile()
