@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "coordination/preferences.h"
 
-#include "platform/log.h"
 #include "platform/user_folders.h"
 
 #include <QDir>
@@ -96,9 +95,7 @@ Preferences Preferences::load(const DefaultsStore &store)
 
 void Preferences::save(const DefaultsStore &store) const
 {
-    if (!store.setData(preferencesKey, encode(*this))) {
-        logLine(LogTag::engine, "the preferences could not be saved");
-    }
+    store.setData(preferencesKey, encode(*this));
 }
 
 QUrl downloadsDirectory()

@@ -33,7 +33,8 @@ public:
     /// The stored record; the defaults in every field unless each field is stored with its type.
     [[nodiscard]] static Preferences load(const DefaultsStore &store = DefaultsStore());
 
-    /// Replaces the stored record. A failure is logged; the record in hand stays in force.
+    /// Replaces the stored record, on the disk when the store comes to it. A failure is logged; the
+    /// record in hand stays in force.
     void save(const DefaultsStore &store = DefaultsStore()) const;
 
     bool operator==(const Preferences &) const = default;

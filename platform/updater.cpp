@@ -353,7 +353,7 @@ void UpdateManager::remember(const Memory &memory)
         {QStringLiteral("seenVersion"), memory.seen.version.toString()},
         {QStringLiteral("skipped"), memory.skipped.toString()},
         {QStringLiteral("checkedAt"), memory.checkedAt.toString(Qt::ISODateWithMs)}};
-    (void)m_defaults.setData(memoryKey(), QJsonDocument(kept).toJson(QJsonDocument::Compact));
+    m_defaults.setData(memoryKey(), QJsonDocument(kept).toJson(QJsonDocument::Compact));
 }
 
 }

@@ -1,16 +1,20 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "coordination/preferences.h"
+#include "platform/log.h"
 #include "platform/user_folders.h"
 #include "tests/coordination/private_home.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLockFile>
 #include <QTest>
 
+#include <atomic>
 #include <csignal>
 #include <sys/resource.h>
+#include <thread>
 
 using namespace veltro;
 
@@ -47,6 +51,25 @@ private:
     rlimit m_before{};
 };
 
+/// Counts what the stores could not save, by where it was told.
+class Failures {
+public:
+    Failures()
+    {
+        setLogSink([this, here = std::this_thread::get_id()](std::string_view line) {
+            if (line.starts_with("[veltro] the settings could not be saved: Preferences")) {
+                ++(std::this_thread::get_id() == here ? onThisThread : elsewhere);
+            }
+        });
+    }
+    ~Failures() { setLogSink({}); }
+    Failures(const Failures &) = delete;
+    Failures &operator=(const Failures &) = delete;
+
+    std::atomic<int> onThisThread = 0;
+    std::atomic<int> elsewhere = 0;
+};
+
 QByteArray json(const QJsonObject &object)
 {
     return QJsonDocument(object).toJson();
@@ -67,6 +90,7 @@ private Q_SLOTS:
     void aWriteKeepsTheOtherKeysAndLeavesNoOtherFile();
     void aFileThatCannotBeReplacedStaysAsItIs();
     void aFullDiskLeavesWhatWasThere();
+    void noCallWaitsForAnotherProcessButTheEndDoes();
     void aFileThatIsNoneOfOursGivesTheDefaults();
     void downloadsGoBelowTheDesktopsDocuments();
 
@@ -135,17 +159,16 @@ void TestPreferences::aDocumentOfAnotherShapeIsLeftAloneAndGivesTheDefaults_data
 void TestPreferences::aDocumentOfAnotherShapeIsLeftAloneAndGivesTheDefaults()
 {
     QFETCH(QByteArray, stored);
-    const DefaultsStore store;
-    QVERIFY(store.setData(key, stored));
+    DefaultsStore().setData(key, stored);
     QCOMPARE(Preferences::load(), Preferences());
-    QCOMPARE(store.data(key).value_or("none"), stored);
+    QCOMPARE(DefaultsStore().data(key).value_or("none"), stored);
 }
 
 void TestPreferences::unknownKeysAreNoReasonToForgetTheRest()
 {
     QJsonObject stored = storedObject();
     stored.insert(QStringLiteral("fromALaterVersion"), QJsonArray{1, 2});
-    QVERIFY(DefaultsStore().setData(key, json(stored)));
+    DefaultsStore().setData(key, json(stored));
     const Preferences preferences = Preferences::load();
     QCOMPARE(preferences.defaultFormatID, QStringLiteral("bestaudio"));
     QCOMPARE(preferences.audioFormat, QStringLiteral("mp3"));
@@ -161,10 +184,10 @@ void TestPreferences::theStoredDocumentHasExactlyTheSevenKeys()
 
 void TestPreferences::aWriteKeepsTheOtherKeysAndLeavesNoOtherFile()
 {
-    const DefaultsStore store;
-    QVERIFY(store.setData(QStringLiteral("Window"), QByteArray("\x01\x02")));
+    const QString window = QStringLiteral("Window");
+    DefaultsStore().setData(window, QByteArray("\x01\x02"));
     Preferences().save();
-    QCOMPARE(store.data(QStringLiteral("Window")).value_or("none"), QByteArray("\x01\x02"));
+    QCOMPARE(DefaultsStore().data(window).value_or("none"), QByteArray("\x01\x02"));
     QCOMPARE(QDir(configurationFolder()).entryList(QDir::Files | QDir::Hidden),
              QStringList{QStringLiteral("veltro.ini")});
 }
@@ -179,34 +202,69 @@ void TestPreferences::aFileThatCannotBeReplacedStaysAsItIs()
     QVERIFY(QDir().mkpath(blocked + QStringLiteral("/inside")));
     Preferences changed = kept;
     changed.audioFormat = QStringLiteral("mp3");
-    const DefaultsStore unwritable(blocked);
-    QVERIFY(!unwritable.setData(key, "{}"));
-    changed.save(unwritable);
-    QCOMPARE(Preferences::load(unwritable), Preferences());
+    const Failures failures;
+    {
+        const DefaultsStore unwritable(blocked);
+        changed.save(unwritable);
+        QCOMPARE(Preferences::load(unwritable), changed); // in force as long as it lives
+    }
+    QVERIFY(failures.elsewhere > 0);
+    QCOMPARE(Preferences::load(DefaultsStore(blocked)), Preferences());
     QCOMPARE(Preferences::load(), kept);
 }
 
 void TestPreferences::aFullDiskLeavesWhatWasThere()
 {
-    const DefaultsStore store;
     Preferences kept;
     kept.audioFormat = QStringLiteral("opus");
     kept.save();
     Preferences changed = kept;
     changed.outputTemplate.append(QStringLiteral(" and some more text"));
     for (const rlim_t room : {0, 1, 100, 200}) {
+        const Failures failures;
         {
             const FullDisk disk(room);
-            QVERIFY(!store.setData(key, json(storedObject())));
             changed.save();
         }
+        QVERIFY(failures.elsewhere > 0);
         QCOMPARE(Preferences::load(), kept);
     }
     QCOMPARE(QDir(configurationFolder())
                  .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList{QStringLiteral("veltro.ini")});
-    changed.save();
+    {
+        const DefaultsStore store;
+        {
+            const Failures failures;
+            const FullDisk disk(100);
+            changed.save(store);
+            QTRY_VERIFY(failures.elsewhere > 0);
+        }
+        store.setData(QStringLiteral("Window"), "x"); // with which the other one goes along
+    }
     QCOMPARE(Preferences::load(), changed);
+}
+
+void TestPreferences::noCallWaitsForAnotherProcessButTheEndDoes()
+{
+    const QString file = m_home->path(QStringLiteral("shared.ini"));
+    QLockFile theirs(file + QStringLiteral(".lock"));
+    QVERIFY(theirs.tryLock(0));
+    const Failures failures;
+    auto store = std::make_unique<DefaultsStore>(file);
+    Preferences changed;
+    for (const char *const format : {"mp3", "flac"}) {
+        changed.audioFormat = QString::fromLatin1(format);
+        changed.save(*store);
+        QCOMPARE(Preferences::load(DefaultsStore(file)), changed);
+    }
+    QVERIFY(!QFile::exists(file));
+    QCOMPARE(failures.onThisThread, 0); // a call that waits comes to its end so
+    std::thread end([&store] { store.reset(); });
+    theirs.unlock();
+    end.join();
+    QVERIFY(QFile::exists(file));
+    QCOMPARE(Preferences::load(DefaultsStore(file)), changed);
 }
 
 void TestPreferences::aFileThatIsNoneOfOursGivesTheDefaults()

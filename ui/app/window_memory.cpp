@@ -46,8 +46,7 @@ void WindowMemory::save() const
         {QStringLiteral("maximized"), m_maximized},
         {QStringLiteral("sidebarWidth"), m_sidebarWidth},
     };
-    // The window is only opened at its usual size when this fails.
-    (void)m_store.setData(windowKey, QJsonDocument(stored).toJson(QJsonDocument::Compact));
+    m_store.setData(windowKey, QJsonDocument(stored).toJson(QJsonDocument::Compact));
 }
 
 }

@@ -39,7 +39,9 @@ bool isPlaceIn(const Range &range, int index)
 }
 
 SettingsModel::SettingsModel(QObject *parent)
-    : SettingsModel([](const Preferences &preferences) { preferences.save(); }, parent)
+    : SettingsModel(
+          [store = DefaultsStore()](const Preferences &preferences) { preferences.save(store); },
+          parent)
 {}
 
 SettingsModel::SettingsModel(Save save, QObject *parent) : QObject(parent), m_save(std::move(save))

@@ -44,16 +44,16 @@ private Q_SLOTS:
     void theWindowIsRememberedWithinItsLimits()
     {
         const QTemporaryDir folder;
-        const DefaultsStore store(folder.filePath(QStringLiteral("defaults.ini")));
+        const QString file = folder.filePath(QStringLiteral("defaults.ini"));
         {
-            WindowMemory memory(store);
+            WindowMemory memory{DefaultsStore(file)};
             QCOMPARE(memory.sidebarWidth(), 240);
             memory.setProperty("width", 1400);
             memory.setProperty("maximized", true);
             memory.setSidebarWidth(900);
             memory.save();
         }
-        const WindowMemory again(store);
+        const WindowMemory again{DefaultsStore(file)};
         QCOMPARE(again.property("width").toInt(), 1400);
         QCOMPARE(again.property("maximized").toBool(), true);
         QCOMPARE(again.sidebarWidth(), 280);
@@ -63,7 +63,7 @@ private Q_SLOTS:
     {
         const QTemporaryDir folder;
         const DefaultsStore store(folder.filePath(QStringLiteral("defaults.ini")));
-        QVERIFY(store.setData(QStringLiteral("MainWindow"), R"({"width":"x","height":-4})"));
+        store.setData(QStringLiteral("MainWindow"), R"({"width":"x","height":-4})");
         const WindowMemory memory(store);
         QCOMPARE(memory.property("width").toInt(), 1120);
         QCOMPARE(memory.property("height").toInt(), 1);
