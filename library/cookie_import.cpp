@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/cookie_import.h"
 
+#include "library/cookie_file.h"
 #include "library/model_container.h"
 #include "library/model_context.h"
 #include "platform/serial_queue.h"
-#include "platform/whole_file.h"
 
 #include <QCoro/QCoroFuture>
 #include <QFile>
@@ -90,15 +90,6 @@ std::vector<BrowserProfile> profilesIn(const QByteArray &answer)
     return profiles;
 }
 
-/// @throws CookieImportError unsaved
-void writeCookieFile(const QString &path, const HostCookies &cookies)
-{
-    constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
-    if (const std::optional<QString> reason = writeWholeFile(path, cookies.file, ownerOnly)) {
-        throw CookieImportError(Kind::unsaved, cookies.host, *reason);
-    }
-}
-
 /// @throws CookieImportError
 CookieJar saveOne(const HostCookies &cookies)
 {
@@ -109,7 +100,9 @@ CookieJar saveOne(const HostCookies &cookies)
         }
         QFile::setPermissions(cookiesDirectory().toLocalFile(),
                               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        writeCookieFile(file->toLocalFile(), cookies);
+        if (const auto reason = writeCookieFile(file->toLocalFile(), cookies.file)) {
+            throw CookieImportError(Kind::unsaved, cookies.host, *reason);
+        }
         return {cookies.host, *file, QDateTime::currentDateTimeUtc()};
     } catch (const std::system_error &error) {
         throw CookieImportError(Kind::unsaved, cookies.host, QString::fromUtf8(error.what()));

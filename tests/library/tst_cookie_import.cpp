@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The import as the settings screen uses it, with the engine's own interpreter.
 #include "engine/service/yt_dlp_service.h"
+#include "library/cookie_file.h"
 #include "library/cookie_import.h"
 #include "library/cookie_jars_model.h"
 #include "library/database.h"
@@ -13,8 +14,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace veltro;
 using namespace veltro::test;
@@ -72,6 +77,7 @@ private Q_SLOTS:
     void aSiteIsWhatAPersonTypes();
     void bothSiblingsAreOfferedAndTheConfirmedOnesSaved();
     void anImportReplacesTheFileAndTheRecord();
+    void anImportRemovesWhatAKilledOneHasLeft();
     void aBrowsersProfileIsListedAndRead();
     void aHostWithOtherLettersIsFoundUnderItsAsciiForm();
     void whatGoesWrongIsSaidInWords();
@@ -204,6 +210,34 @@ void TestCookieImport::anImportReplacesTheFileAndTheRecord()
     Database database(m_container->file());
     QCOMPARE(database.number("SELECT count(*) FROM CookieJar"), 1);
     QVERIFY(database.number("SELECT updatedAt FROM CookieJar") >= before.toMSecsSinceEpoch());
+}
+
+void TestCookieImport::anImportRemovesWhatAKilledOneHasLeft()
+{
+    const QString host = QStringLiteral("example.com");
+    const QDir folder(cookiesDirectory().toLocalFile());
+    const auto names = [&folder] {
+        const QStringList all = folder.entryList(QDir::Files | QDir::Hidden);
+        return QSet<QString>(all.begin(), all.end());
+    };
+    const QSet<QString> others{
+        QStringLiteral(".being-written-by-hand"), QStringLiteral(".being-written.backups"),
+        QStringLiteral("other.org.cookies.txt"), QStringLiteral("other.org.cookies.txt.backup")};
+    const QSet<QString> left{QStringLiteral(".being-written"),
+                             QStringLiteral(".being-written.aZbYcX")};
+    for (const QString &name : others + left) {
+        QVERIFY(QFile::copy(cookiesTxt(name).toLocalFile(), folder.filePath(name)));
+    }
+    {
+        // As a process has it that writes just now.
+        const int writer = open(QFile::encodeName(folder.path()).constData(), O_RDONLY);
+        QCOMPARE(flock(writer, LOCK_EX), 0);
+        removeCookieLeavings(folder.path());
+        QCOMPARE(names(), others + left);
+        close(writer);
+    }
+    await(m_import->save(read(line(host, QStringLiteral("a")), host)));
+    QCOMPARE(names(), others + QSet<QString>{host + QStringLiteral(".cookies.txt")});
 }
 
 void TestCookieImport::aBrowsersProfileIsListedAndRead()

@@ -3,6 +3,7 @@
 // Whatever call the process is killed before, and whenever the disk becomes full: what was told to
 // be saved is there, and found, the store is sound, and no file has its final name before it is
 // whole.
+#include "library/cookie_file.h"
 #include "library/database.h"
 #include "library/search_indexer.h"
 #include "tests/library/library_case.h"
@@ -70,6 +71,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_media;
     std::unique_ptr<QTemporaryDir> m_folder;
     QString m_file;
+    int m_leavings = 0; // cookie files that were only begun
     int m_repaired = 0; // entries that only the next start has made known to the search
 };
 
@@ -170,7 +172,7 @@ void TestKilledLibrary::lookForEntries(ModelContainer &container, Database &data
     m_repaired += static_cast<int>(ids.size()) - known;
 }
 
-/// The rounds leave files of one letter each, and only rise.
+/// The rounds leave files of one letter each, and only rise. The next start leaves those alone.
 void TestKilledLibrary::lookAtCookies(const Told &told, int count)
 {
     const auto container = makeContainer(m_file);
@@ -199,7 +201,11 @@ void TestKilledLibrary::lookAtCookies(const Told &told, int count)
         struct stat status = {};
         QCOMPARE(stat(QFile::encodeName(file.filePath()).constData(), &status), 0);
         QCOMPARE(status.st_mode & 0777, 0600U);
+        m_leavings += file.fileName().endsWith(QLatin1String(".cookies.txt")) ? 0 : 1;
     }
+    removeCookieLeavings(folder.path());
+    QCOMPARE(folder.entryList(QDir::Files | QDir::Hidden).size(),
+             folder.entryList({QStringLiteral("*.cookies.txt")}, QDir::Files).size());
 }
 
 void TestKilledLibrary::cookieFilesAreWholeWhereverItIsKilled()
@@ -215,6 +221,7 @@ void TestKilledLibrary::cookieFilesAreWholeWhereverItIsKilled()
         lookAtCookies(told, count);
     }
     QCOMPARE(savedCounts.size(), rounds);
+    QVERIFY(m_leavings > 0);
 }
 
 void TestKilledLibrary::cookieFilesAreWholeWhenTheDiskBecomesFull()

@@ -4,6 +4,7 @@
 
 #include "coordination/detach.h"
 #include "library/completion_notifier.h"
+#include "library/cookie_file.h"
 #include "library/model_container.h"
 #include "library/search_indexer.h"
 
@@ -106,6 +107,7 @@ QCoro::Task<void> Program::openLibrary(QPointer<Program> self)
 {
     const QPointer<Program> program = std::move(self);
     std::shared_ptr<ModelContainer> container = co_await makeContainerInBackground();
+    removeCookieLeavingsInBackground();
     if (program) {
         if (container) {
             program->m_searchRepair = indexWhatIsMissingInBackground(container);
