@@ -10,6 +10,7 @@
 //     veltro-bench-library insert STORE COUNT        by a container of another thread
 //
 // Main-thread times are of its own work, not of the clock.
+#include "benchmarks/sample_titles.h"
 #include "library/database.h"
 #include "library/library_items_model.h"
 #include "library/model_container.h"
@@ -53,20 +54,12 @@ void waitUntil(const std::function<bool()> &isOver)
 
 DownloadItem itemAt(int number)
 {
-    static const QStringList words =
-        QStringLiteral("Zürich Alpen über Wanderung Café music live concert Été mountain river "
-                       "documentary cooking Straße bridge night city Ωmega история трейлер 音楽")
-            .split(u' ');
-    const auto word = [number](int step) {
-        return words.at((number * 31 + step * 7) % words.size());
-    };
-    const QString name =
-        QStringLiteral("%1 %2 %3 part %4").arg(word(number % 5), word(1), word(2)).arg(number);
+    const QString name = sampleTitle(number);
     DownloadItem item;
     item.id = QUuid::createUuid();
     item.sourceURL = QUrl(QStringLiteral("https://example.com/watch?v=%1").arg(number));
     item.title = name;
-    item.uploader = QStringLiteral("Channel %1 %2").arg(number % 977).arg(word(3));
+    item.uploader = QStringLiteral("Channel %1 %2").arg(number % 977).arg(sampleWord(number, 3));
     item.durationSeconds = number % 7'200;
     item.localFileURL = QUrl::fromLocalFile(QStringLiteral("/media/Downloads/%1.mp4").arg(name));
     item.thumbnailFileURL =

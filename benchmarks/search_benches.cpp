@@ -4,6 +4,7 @@
 //
 //     veltro-bench-search fill INDEX COUNT
 //     veltro-bench-search search INDEX TEXT          one JSON object for each letter
+#include "benchmarks/sample_titles.h"
 #include "platform/search_index.h"
 
 #include <QCoreApplication>
@@ -16,19 +17,11 @@ namespace {
 
 SearchableItem videoAt(int number)
 {
-    static const QStringList words =
-        QStringLiteral("Zürich Alpen Wanderung Café music live Été mountain river documentary "
-                       "cooking Straße bridge night city Ωmega история трейлер 音楽 vista")
-            .split(u' ');
-    const auto word = [number](int step) {
-        return words.at((number * 31 + step * 7) % words.size());
-    };
     SearchableItem item;
     item.uniqueIdentifier = QString::number(number);
     item.domainIdentifier = QStringLiteral("app.veltro.app.library");
     item.contentType = QStringLiteral("video/*");
-    item.title =
-        QStringLiteral("%1 %2 %3 part %4").arg(word(number % 5), word(1), word(2)).arg(number);
+    item.title = sampleTitle(number);
     item.contentDescription = QStringLiteral("Channel %1").arg(number % 977);
     item.keywords = {QStringLiteral("video"), QStringLiteral("veltro"), *item.contentDescription};
     return item;

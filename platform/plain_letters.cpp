@@ -2,7 +2,29 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/plain_letters.h"
 
+#include <array>
+
 namespace veltro {
+namespace {
+
+struct TypedLetter {
+    char32_t letter;
+    const char *typed;
+};
+
+constexpr std::array<TypedLetter, 9> typedLetters{{
+    {U'\u00DF', "ss"},
+    {U'\u00E6', "ae"},
+    {U'\u0153', "oe"},
+    {U'\u00F0', "d"},
+    {U'\u0111', "d"},
+    {U'\u00F8', "o"},
+    {U'\u00FE', "th"},
+    {U'\u0131', "i"},
+    {U'\u0142', "l"},
+}};
+
+}
 
 bool isAccent(char32_t c)
 {
@@ -12,27 +34,12 @@ bool isAccent(char32_t c)
 
 QString typedAs(char32_t c)
 {
-    switch (c) {
-    case U'\u00DF':
-        return QStringLiteral("ss");
-    case U'\u00E6':
-        return QStringLiteral("ae");
-    case U'\u0153':
-        return QStringLiteral("oe");
-    case U'\u00F0':
-    case U'\u0111':
-        return QStringLiteral("d");
-    case U'\u00F8':
-        return QStringLiteral("o");
-    case U'\u00FE':
-        return QStringLiteral("th");
-    case U'\u0131':
-        return QStringLiteral("i");
-    case U'\u0142':
-        return QStringLiteral("l");
-    default:
-        return QString::fromUcs4(&c, 1);
+    for (const TypedLetter &one : typedLetters) {
+        if (one.letter == c) {
+            return QString::fromLatin1(one.typed);
+        }
     }
+    return QString::fromUcs4(&c, 1);
 }
 
 }

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/design/surface.h"
 
+#include "ui/design/image_node.h"
 #include "ui/design/surface_material.h"
 #include "ui/design/surface_raster.h"
 
 #include <QQuickWindow>
-#include <QSGImageNode>
 #include <QSGTexture>
 
 namespace veltro {
@@ -48,11 +48,7 @@ QSGNode *Surface::updateQuad(QSGNode *old) const
 
 QSGNode *Surface::updatePicture(QSGNode *old) const
 {
-    auto *node = static_cast<QSGImageNode *>(old);
-    if (node == nullptr) {
-        node = window()->createImageNode();
-        node->setOwnsTexture(true);
-    }
+    QSGImageNode *node = imageNode(old, *window(), QSGTexture::Nearest);
     const double reach = m_style.reach();
     const QImage picture = rasterizeSurface(size(), m_style, window()->effectiveDevicePixelRatio());
     node->setTexture(window()->createTextureFromImage(picture));

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/pictures/thumbnail.h"
 
+#include "ui/design/image_node.h"
 #include "ui/pictures/web_picture.h"
 
 #include <QCache>
 #include <QMetaObject>
 #include <QQuickWindow>
-#include <QSGImageNode>
 #include <QThread>
 #include <QThreadPool>
 
@@ -249,12 +249,7 @@ QSGNode *Thumbnail::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
         delete old;
         return nullptr;
     }
-    auto *node = static_cast<QSGImageNode *>(old);
-    if (!node) {
-        node = window()->createImageNode();
-        node->setOwnsTexture(true);
-        node->setFiltering(QSGTexture::Linear);
-    }
+    QSGImageNode *node = imageNode(old, *window(), QSGTexture::Linear);
     if (std::exchange(m_pictureIsNew, false) || !old) {
         node->setTexture(window()->createTextureFromImage(m_picture));
     }

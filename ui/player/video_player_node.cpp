@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/design/image_node.h"
 #include "ui/player/opengl_picture.h"
 #include "ui/player/software_picture.h"
 #include "ui/player/video_player.h"
 
 #include <QQuickWindow>
-#include <QSGImageNode>
 #include <QSGRendererInterface>
 
 // What the player shows in the scene. Everything here runs while the scene synchronises: on the
@@ -50,12 +50,7 @@ QSGNode *VideoPlayer::softwareNode(QSGNode *old)
         delete old;
         return nullptr;
     }
-    auto *node = static_cast<QSGImageNode *>(old);
-    if (!node) {
-        node = window()->createImageNode();
-        node->setOwnsTexture(true);
-        node->setFiltering(QSGTexture::Linear);
-    }
+    QSGImageNode *node = imageNode(old, *window(), QSGTexture::Linear);
     node->setTexture(window()->createTextureFromImage(image, QQuickWindow::TextureIsOpaque));
     node->setRect(boundingRect());
     return node;
