@@ -16,10 +16,15 @@ public:
     bool open(const QUrl &) override { return false; }
     using Workspace::reveal;
     void reveal(const QList<QUrl> &) override {}
-    bool openWebPage(const QUrl &) override { return false; }
+    bool openWebPage(const QUrl &page) override
+    {
+        pages.append(page);
+        return true;
+    }
     void beep() override { ++beeps; }
     void haptic() override { ++ticks; }
 
+    QList<QUrl> pages;
     int beeps = 0;
     int ticks = 0;
 };

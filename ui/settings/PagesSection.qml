@@ -16,18 +16,21 @@ SettingsSection {
     visible: root.any
 
     LinkRow {
+        objectName: "support"
         width: parent.width
         visible: String(root.about.supportPage) !== ""
         text: qsTr("Support")
         onClicked: root.pageRequested(root.about.supportPage)
     }
     LinkRow {
+        objectName: "privacy"
         width: parent.width
         visible: String(root.about.privacyPage) !== ""
         text: qsTr("Privacy policy")
         onClicked: root.pageRequested(root.about.privacyPage)
     }
     LinkRow {
+        objectName: "notices"
         width: parent.width
         visible: String(root.about.noticesPage) !== ""
         text: qsTr("Open-source notices")

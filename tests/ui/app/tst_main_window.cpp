@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The main window, its keys and what it says, with the real engine on the test site.
 #include "tests/ui/app/window_bench.h"
+#include "ui/settings/about_information.h"
 
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -25,6 +26,7 @@ private Q_SLOTS:
     void theKeyForPastingDoesWhatItsPlaceSays_data();
     void theKeyForPastingDoesWhatItsPlaceSays();
     void theMenusDoTheSameWhereverTheyAreOpened();
+    void theProductsPagesAreOpened();
     void noKeyIsHeardUnderASheet();
     void returnSubmitsOnceWhereverTheFocusIsOnHome_data();
     void returnSubmitsOnceWhereverTheFocusIsOnHome();
@@ -233,6 +235,20 @@ void TestMainWindow::theMenusDoTheSameWhereverTheyAreOpened()
     QCOMPARE(settings->size(), QSize(560, 520));
     QCOMPARE(m_bench->store().selectedTab(), MacTab::home);
     QVERIFY(value(QStringLiteral("menuSettings"), "keys").toString().isEmpty());
+}
+
+void TestMainWindow::theProductsPagesAreOpened()
+{
+    const AboutInformation about;
+    QVERIFY(about.supportPage().isValid());
+    m_bench->clickMenu(2, QStringLiteral("menuSupport"));
+    m_bench->store().setSelectedTab(MacTab::settings);
+    for (const char *page : {"support", "privacy", "notices"}) {
+        m_bench->item(QString::fromLatin1(page)).forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(&m_bench->window(), Qt::Key_Return);
+    }
+    QCOMPARE(m_bench->workspace.pages, (QList<QUrl>{about.supportPage(), about.supportPage(),
+                                                    about.privacyPage(), about.noticesPage()}));
 }
 
 void TestMainWindow::noKeyIsHeardUnderASheet()

@@ -342,6 +342,22 @@ PageRows settings()
     };
 }
 
+PageRows settingsEnd()
+{
+    return {.page = "SettingsEnd",
+            .texts = {{"Support", 13, normal, "accent"},
+                      {"Privacy policy", 13, normal, "accent"},
+                      {"Open-source notices", 13, normal, "accent"}}};
+}
+
+PageRows help()
+{
+    return {.page = "WindowHelp",
+            .texts = {{"Veltro Support", 13, normal, "ink"},
+                      {"Check for Updates…", 13, normal, "ink"},
+                      {"About Veltro", 13, normal, "ink"}}};
+}
+
 PageRows settingsWindow()
 {
     return {.page = "SettingsWindow",
@@ -362,9 +378,9 @@ PageRows engineError()
 const std::vector<PageRows> &designedPages()
 {
     static const std::vector<PageRows> pages{
-        designParts(), sidebars(),   banners(),  homeParts(),      home(),
-        queue(),       emptyQueue(), library(),  libraryChoices(), emptyLibrary(),
-        picker(),      batch(),      settings(), settingsWindow(), engineError(),
+        designParts(), sidebars(),       banners(),        homeParts(),    home(),   queue(),
+        emptyQueue(),  library(),        libraryChoices(), emptyLibrary(), picker(), batch(),
+        settings(),    settingsWindow(), engineError(),    settingsEnd(),  help(),
     };
     return pages;
 }
