@@ -24,8 +24,13 @@ T.ApplicationWindow {
     font.family: Theme.family
     font.pixelSize: 13
 
-    onVisibleChanged: if (root.visible)
-        screen.load();
+    // Made anew each time it is shown: it begins at its top, on its first control.
+    onVisibleChanged: {
+        if (root.visible)
+            screen.load();
+        else
+            screen.setSource("");
+    }
 
     Shortcut {
         sequences: ["Escape", "Ctrl+W"]
@@ -35,12 +40,20 @@ T.ApplicationWindow {
         id: screen
         anchors.fill: parent
         focus: true
+        // As in the main window's tab.
+        Keys.onReturnPressed: screen.pressFocused()
+        Keys.onEnterPressed: screen.pressFocused()
+        onLoaded: (screen.item as Item).focus = true
 
+        function pressFocused() {
+            const button = root.activeFocusItem as T.AbstractButton;
+            if (button && button.enabled)
+                button.clicked();
+        }
         function load() {
-            if (!screen.item)
-                screen.setSource(ScreenFiles.file("Settings", "SettingsMacView"), {
-                    "store": root.store
-                });
+            screen.setSource(ScreenFiles.file("Settings", "SettingsMacView"), {
+                "store": root.store
+            });
         }
     }
 }

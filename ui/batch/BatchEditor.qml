@@ -29,6 +29,7 @@ Surface {
 
     T.ScrollView {
         id: scroll
+        focus: true
         anchors.fill: parent
         anchors.margins: 1
         contentWidth: availableWidth

@@ -27,6 +27,14 @@ T.Menu {
         root.widest = Math.ceil(widest);
     }
 
+    // Who opened it by a key sees where the arrow keys go on from.
+    onOpened: {
+        for (let line = 0; LastInput.isKey() && root.currentIndex < 0 && line < root.count; ++line) {
+            if (root.itemAt(line).visible && root.itemAt(line).enabled)
+                root.currentIndex = line;
+        }
+    }
+
     delegate: MenuItem {}
     contentItem: ListView {
         implicitHeight: contentHeight
@@ -34,7 +42,7 @@ T.Menu {
         currentIndex: root.currentIndex
         interactive: contentHeight > height
         clip: interactive
-        keyNavigationEnabled: true
+        keyNavigationEnabled: false // the menu's own leaves out what cannot be chosen
         boundsBehavior: Flickable.StopAtBounds
     }
     background: Surface {

@@ -18,6 +18,7 @@ T.MenuItem {
     font.family: Theme.family
     font.pixelSize: 13
     hoverEnabled: true
+    activeFocusOnTab: root.visible && root.enabled
     Accessible.role: Accessible.MenuItem
     Accessible.name: text
     Accessible.onPressAction: root.triggered()

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/design/appearance.h"
 
+#include "ui/design/last_input.h"
+
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QPalette>
@@ -31,6 +33,7 @@ void applyAppearance()
     palette.setColor(QPalette::HighlightedText, Qt::white);
     QGuiApplication::setPalette(palette);
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+    LastInput::instance();
 }
 
 }

@@ -4,8 +4,9 @@
 
 namespace veltro {
 
-/// Sets the program's font and its light colours, whatever the desktop's theme. Once, after the
-/// application object is made and before the first window. Main thread.
+/// Sets the program's font and its light colours, whatever the desktop's theme, and has the focus
+/// shown to who uses keys. Once, after the application object is made and before the first window.
+/// Main thread.
 void applyAppearance();
 
 }

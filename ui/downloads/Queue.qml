@@ -31,8 +31,6 @@ FocusScope {
     ListView {
         id: list
 
-        property bool isMovedByKey: false
-
         anchors.fill: parent
         clip: true
         spacing: 12
@@ -42,11 +40,6 @@ FocusScope {
         reuseItems: true
         // Rows that are made ahead, in the background, are complained about when they are removed.
         cacheBuffer: 0
-        Keys.onPressed: event => {
-            list.isMovedByKey = true;
-            event.accepted = false;
-        }
-        onActiveFocusChanged: list.isMovedByKey = false
         boundsBehavior: Flickable.StopAtBounds
         model: root.downloads
         Accessible.role: Accessible.List
@@ -67,7 +60,6 @@ FocusScope {
         delegate: QueueRow {
             x: Theme.pageMargin
             width: list.width - 2 * Theme.pageMargin
-            isChosenByKey: list.isMovedByKey
             onCancelRequested: root.cancelRequested(record)
             onRetryRequested: root.retryRequested(record)
             onPlayRequested: root.playRequested(download.file)

@@ -13,8 +13,6 @@ T.ItemDelegate {
 
     required property DownloadProgressState record
     readonly property DownloadRow download: row
-    /// Whether the arrow keys have chosen the row.
-    property bool isChosenByKey: false
 
     signal cancelRequested
     signal retryRequested
@@ -55,7 +53,7 @@ T.ItemDelegate {
         strokeWidth: 1
 
         FocusRing {
-            shown: root.visualFocus || (root.activeFocus && root.isChosenByKey)
+            shown: root.visualFocus
             radius: Theme.cardRadius + 2
         }
     }

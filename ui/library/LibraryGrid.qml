@@ -13,6 +13,8 @@ FocusScope {
 
     required property LibraryScreen screen
     readonly property LibrarySelection selection: root.screen.selection
+    /// Where the keyboard stands; at first on the first tile, which nothing has chosen yet.
+    readonly property int currentRow: Math.max(0, root.selection.currentRow)
     /// The pointer has chosen last: the outline says which, and no ring is wanted around it.
     property bool chosenByPointer: false
 
@@ -34,7 +36,7 @@ FocusScope {
     }
 
     function openMenuAtCurrent() {
-        const cell = view.itemAtIndex(root.selection.currentRow);
+        const cell = view.itemAtIndex(root.currentRow);
         if (cell)
             cell.openMenu(16, 16); // qmllint disable
     }
@@ -49,8 +51,7 @@ FocusScope {
         anchors.rightMargin: -12
         focus: true
         activeFocusOnTab: true
-        onActiveFocusChanged: if (!view.activeFocus)
-            root.chosenByPointer = false
+        onActiveFocusChanged: root.chosenByPointer = view.activeFocus && LastInput.isPointer()
         clip: true
         cacheBuffer: 400
         topMargin: 4
@@ -128,7 +129,7 @@ FocusScope {
                 duration: root.screen.durationText(cell.durationSeconds)
                 spokenName: root.screen.spokenTile(cell.title, cell.uploader, cell.durationSeconds)
                 chosen: root.selection.revision >= 0 && root.selection.contains(cell.itemId)
-                current: view.activeFocus && root.selection.currentRow === cell.index
+                current: view.activeFocus && root.currentRow === cell.index
                 ringed: current && !root.chosenByPointer
                 file: cell.localFileUrl
                 onClicked: modifiers => {
@@ -174,6 +175,7 @@ FocusScope {
             preventStealing: true
             onPressed: mouse => {
                 view.forceActiveFocus(Qt.MouseFocusReason);
+                root.chosenByPointer = true;
                 ground.pressedAt = ground.mapToItem(view, mouse.x, mouse.y);
             }
             onPositionChanged: mouse => {

@@ -182,11 +182,28 @@ QRectF LibrarySelection::marquee() const
     return m_start ? QRectF(*m_start, m_now).normalized() : QRectF();
 }
 
+// The keyboard goes on where it was: after the row, or else before it.
+std::optional<QUuid> LibrarySelection::nearestThatStays(int row, const QSet<QUuid> &gone) const
+{
+    const int count = row < 0 ? 0 : m_rows.rowCount();
+    for (int after = row + 1; after < count; ++after) {
+        if (const QUuid id = m_rows.idAt(after); !gone.contains(id)) {
+            return id;
+        }
+    }
+    for (int before = row - 1; before >= 0; --before) {
+        if (const QUuid id = m_rows.idAt(before); !gone.contains(id)) {
+            return id;
+        }
+    }
+    return std::nullopt;
+}
+
 void LibrarySelection::forget(const QSet<QUuid> &ids)
 {
     m_anchor.reset();
     if (m_current && ids.contains(*m_current)) {
-        m_current.reset();
+        m_current = nearestThatStays(currentRow(), ids);
         Q_EMIT currentRowChanged();
     }
     assign(QSet<QUuid>(m_ids).subtract(ids));

@@ -79,6 +79,7 @@ private:
     [[nodiscard]] QSet<QUuid> idsBetween(int one, int other) const;
     [[nodiscard]] QSet<QUuid> idsIn(const CellRange &cells) const;
     void selectFromAnchor(int row);
+    [[nodiscard]] std::optional<QUuid> nearestThatStays(int row, const QSet<QUuid> &gone) const;
 
     const TileRows &m_rows;
     TileGrid m_grid;

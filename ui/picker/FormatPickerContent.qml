@@ -13,6 +13,13 @@ FocusScope {
 
     signal closeRequested
 
+    function takeFocus() {
+        if (root.picker.isPlaylist)
+            entries.forceActiveFocus();
+        else
+            rows.takeFocus();
+    }
+
     implicitHeight: 380
 
     PickerHeader {
@@ -59,12 +66,14 @@ FocusScope {
         anchors.bottomMargin: 1 // the sheet's edge
 
         FormatRows {
+            id: rows
             anchors.fill: parent
             visible: !root.picker.isPlaylist
             focus: visible
             picker: root.picker
         }
         PlaylistEntries {
+            id: entries
             anchors.fill: parent
             visible: root.picker.isPlaylist
             focus: visible

@@ -16,6 +16,7 @@ Sheet {
     width: Math.min(680, parent ? parent.width - 40 : 680)
     height: Math.max(380, Math.min(500, parent ? parent.height - 60 : 500))
     accessibleName: qsTr("Choose a format")
+    onOpened: content.takeFocus()
     onClosed: root.store.clearPendingFormatPick()
     Component.onCompleted: root.follow()
 
@@ -36,6 +37,7 @@ Sheet {
     }
 
     contentItem: FormatPickerContent {
+        id: content
         focus: true
         picker: FormatPicker {
             id: picker

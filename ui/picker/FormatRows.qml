@@ -12,6 +12,14 @@ FocusScope {
 
     required property FormatPicker picker
 
+    /// The first row has it, or what is offered in place of rows.
+    function takeFocus() {
+        if (notice.visible && notice.offer !== "")
+            notice.takeFocus();
+        else
+            list.forceActiveFocus();
+    }
+
     ListView {
         id: list
         objectName: "formats"
@@ -45,6 +53,7 @@ FocusScope {
         }
     }
     PickerNotice {
+        id: notice
         anchors.fill: parent
         visible: root.picker.emptyReason !== ""
         reason: root.picker.emptyReason

@@ -12,6 +12,10 @@ Item {
 
     signal offerTaken
 
+    function takeFocus() {
+        offerButton.forceActiveFocus();
+    }
+
     implicitHeight: column.implicitHeight + 32
 
     Column {
@@ -30,6 +34,7 @@ Item {
             font.pixelSize: 13
         }
         CapsuleButton {
+            id: offerButton
             objectName: "offer"
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(implicitWidth, parent.width)

@@ -19,6 +19,11 @@ FocusScope {
     signal siteRemoved(host: string)
     signal siteAdditionRequested
 
+    // Who came by a key begins on the first control. With a pointer the arrow keys would change it
+    // unseen.
+    Component.onCompleted: if (LastInput.isKey())
+        column.nextItemInFocusChain(true).focus = true
+
     function showEnd() {
         view.contentY = Math.max(0, view.contentHeight - view.height);
     }

@@ -58,7 +58,9 @@ class KeyboardReachTest(SessionTest):
 
     def the_library(self):
         self.keys.press("ctrl+2")
-        self.keys.go_to("list item", TITLE, "Right")
+        self.tree.get("split pane", "Width of the player")
+        self.keys.go_to("list item", TITLE)
+        self.keys.press("Right")
         self.tree.get("push button", "Pause")
         self.assert_stops("list item 'A plain video (1), 2 seconds'", "animation 'Video'",
                           "push button 'Full Screen'", "push button 'Show in Finder'",

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void theKeyForPastingDoesWhatItsPlaceSays_data();
     void theKeyForPastingDoesWhatItsPlaceSays();
     void theMenusDoTheSameWhereverTheyAreOpened();
+    void whoComesByKeySeesTheFocus();
     void theProductsPagesAreOpened();
     void noKeyIsHeardUnderASheet();
     void returnSubmitsOnceWhereverTheFocusIsOnHome_data();
@@ -164,7 +165,7 @@ void TestMainWindow::eachKeyDoesItsOneThing()
     QTRY_VERIFY(m_bench->isShown(QStringLiteral("menuPaste")));
     QTest::keyClick(window, Qt::Key_Right);
     QTRY_VERIFY(m_bench->isShown(QStringLiteral("menuLibrary")));
-    QTest::keyClick(window, Qt::Key_Down);
+    QTRY_VERIFY(value(QStringLiteral("menuLibrary"), "highlighted").toBool());
     QTest::keyClick(window, Qt::Key_Return);
     QCOMPARE(store.selectedTab(), MacTab::library);
     QTRY_VERIFY(!m_bench->isShown(QStringLiteral("menuLibrary")));
@@ -235,6 +236,51 @@ void TestMainWindow::theMenusDoTheSameWhereverTheyAreOpened()
     QCOMPARE(settings->size(), QSize(560, 520));
     QCOMPARE(m_bench->store().selectedTab(), MacTab::home);
     QVERIFY(value(QStringLiteral("menuSettings"), "keys").toString().isEmpty());
+}
+
+void TestMainWindow::whoComesByKeySeesTheFocus()
+{
+    QQuickWindow &window = m_bench->window();
+    const auto isSeen = [&] {
+        const QQuickItem *focused = window.activeFocusItem();
+        return focused && focused->property("visualFocus").toBool();
+    };
+    const auto isOnQuality = [](const QQuickWindow &in) {
+        const QQuickItem *focused = in.activeFocusItem();
+        return focused && focused->property("name").toString() == QStringLiteral("Quality") &&
+               focused->property("visualFocus").toBool();
+    };
+    m_bench->click(QStringLiteral("tab3"));
+    QVERIFY(!isSeen());
+    QTest::keyClick(&window, Qt::Key_3, Qt::ControlModifier);
+    QTest::keyClick(&window, Qt::Key_Comma, Qt::ControlModifier);
+    QVERIFY(isOnQuality(window));
+    // A menu begins on its first line, and the window that it opens on its first control.
+    QTest::keyClick(&window, Qt::Key_F10);
+    QTRY_VERIFY(value(QStringLiteral("menuPaste"), "highlighted").toBool());
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}) {
+        QTest::keyClick(&window, key);
+    }
+    auto *settings =
+        qobject_cast<QQuickWindow *>(&m_bench->popup(QStringLiteral("settingsWindow")));
+    QTRY_VERIFY(isOnQuality(*settings));
+    QTest::keyClick(settings, Qt::Key_Backtab); // around, to the last one
+    QTest::keyClick(settings, Qt::Key_Return);
+    QCOMPARE(m_bench->workspace.pages, QList<QUrl>{AboutInformation().noticesPage()});
+    settings->close();
+    // What a sheet or an alert takes it gives back.
+    window.requestActivate();
+    QTRY_VERIFY(isOnQuality(window));
+    QTest::keyClick(&window, Qt::Key_B, Qt::ControlModifier | Qt::ShiftModifier);
+    QTRY_COMPARE(window.activeFocusItem()->objectName(), QStringLiteral("batchEditor"));
+    QTest::keyClick(&window, Qt::Key_Escape);
+    QTRY_VERIFY(isOnQuality(window));
+    m_bench->store().setShowEngineError(true);
+    QTRY_VERIFY(m_bench->popup(QStringLiteral("engineAlert")).property("opened").toBool());
+    QCOMPARE(window.activeFocusItem()->property("text").toString(), QStringLiteral("OK"));
+    QVERIFY(isSeen());
+    QTest::keyClick(&window, Qt::Key_Escape);
+    QTRY_VERIFY(isOnQuality(window));
 }
 
 void TestMainWindow::theProductsPagesAreOpened()

@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: Veltro contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+class QJSEngine;
+class QQmlEngine;
+
+namespace veltro {
+
+/// What the user's hand was on last, in any window. Who came by a key sees where the focus is,
+/// whichever way it got there: a tab that opens, a sheet, a menu that closes, a window that is
+/// active again. Controls alone would show it after the Tab key only. Main thread.
+class LastInput : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+public:
+    /// The one of the application object, with which it ends; it looks on from the first call.
+    static LastInput &instance();
+    /// For the QML engine.
+    static LastInput *create(QQmlEngine *engine, QJSEngine *scripts);
+
+    // Neither of them holds before the first input.
+    Q_INVOKABLE [[nodiscard]] bool isKey() const { return m_kind == Kind::key; }
+    Q_INVOKABLE [[nodiscard]] bool isPointer() const { return m_kind == Kind::pointer; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    enum class Kind { none, key, pointer };
+
+    explicit LastInput(QObject *parent);
+    void showFocus(QObject *focused) const;
+
+    Kind m_kind = Kind::none;
+};
+
+}
