@@ -25,6 +25,8 @@ public:
     enum class Use {
         link,  ///< one address: 64 thousand characters
         links, ///< as many as anyone pastes at once: a million
+        /// As long as a link, but what is marked: X11 pastes it by the middle button, uncopied.
+        marked,
     };
     using Reply = std::function<void(const std::optional<QString> &text)>;
     /// Reads the text without waiting for the program that holds it; nothing when it is longer than

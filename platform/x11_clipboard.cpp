@@ -37,8 +37,11 @@ const Wanted *asEvent(const Event &event, std::uint8_t type)
 /// One conversation with the owner of the clipboard.
 class SelectionReader {
 public:
-    SelectionReader(qsizetype mostBytes, std::chrono::milliseconds within)
-        : m_mostBytes(mostBytes), m_deadline(within), m_connection(xcb_connect(nullptr, nullptr))
+    SelectionReader(X11Selection selection, qsizetype mostBytes, std::chrono::milliseconds within)
+        : m_isMarked(selection == X11Selection::marked)
+        , m_mostBytes(mostBytes)
+        , m_deadline(within)
+        , m_connection(xcb_connect(nullptr, nullptr))
     {}
 
     std::optional<QString> read()
@@ -70,7 +73,7 @@ private:
         xcb_create_window(m_connection.get(), XCB_COPY_FROM_PARENT, m_window, screen->root, 0, 0, 1,
                           1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
                           XCB_CW_EVENT_MASK, &events);
-        m_clipboard = atom("CLIPBOARD");
+        m_selection = m_isMarked ? xcb_atom_t{XCB_ATOM_PRIMARY} : atom("CLIPBOARD");
         m_inPieces = atom("INCR");
         m_property = atom("VELTRO_TEXT");
         return true;
@@ -104,7 +107,7 @@ private:
 
     std::optional<QByteArray> ask(xcb_atom_t kind)
     {
-        xcb_convert_selection(m_connection.get(), m_window, m_clipboard, kind, m_property,
+        xcb_convert_selection(m_connection.get(), m_window, m_selection, kind, m_property,
                               XCB_CURRENT_TIME);
         while (const Event event = nextEvent()) {
             const auto *answer = asEvent<xcb_selection_notify_event_t>(event, XCB_SELECTION_NOTIFY);
@@ -174,11 +177,12 @@ private:
         return answer->type;
     }
 
+    const bool m_isMarked;
     const qsizetype m_mostBytes;
     const QDeadlineTimer m_deadline;
     const XcbPtr<xcb_connection_t> m_connection;
     xcb_window_t m_window = XCB_WINDOW_NONE;
-    xcb_atom_t m_clipboard = XCB_ATOM_NONE;
+    xcb_atom_t m_selection = XCB_ATOM_NONE;
     xcb_atom_t m_inPieces = XCB_ATOM_NONE;
     xcb_atom_t m_property = XCB_ATOM_NONE;
     int m_pieceBytes = 0;
@@ -187,9 +191,10 @@ private:
 
 }
 
-std::optional<QString> readX11Clipboard(qsizetype mostBytes, std::chrono::milliseconds within)
+std::optional<QString> readX11Clipboard(X11Selection selection, qsizetype mostBytes,
+                                        std::chrono::milliseconds within)
 {
-    return SelectionReader(mostBytes, within).read();
+    return SelectionReader(selection, mostBytes, within).read();
 }
 
 }

@@ -37,13 +37,16 @@ private Q_SLOTS:
     void textsOfOthersAreReadWithinTheirLimit();
     void fiftyMegabytesHoldNobodyUp();
     void aProgramThatDoesNotAnswerHoldsNobodyUp();
+    void whatIsMarkedIsNotWhatIsCopied();
     void ourOwnTextIsAtHand();
     void nothingIsToldToWhoIsGone();
 
 private:
     /// Has a plain clipboard tool hold what the file has; it serves until its end.
-    void holdWithTool(QProcess &tool, const QByteArray &content);
-    [[nodiscard]] QByteArray readWithTool() const;
+    void holdWithTool(QProcess &tool, const QByteArray &content,
+                      const QString &selection = QStringLiteral("clipboard"));
+    [[nodiscard]] QByteArray
+    readWithTool(const QString &selection = QStringLiteral("clipboard")) const;
     struct Answer {
         bool isGiven = false;
         std::optional<QString> text;
@@ -54,23 +57,24 @@ private:
     DesktopPasteboard m_pasteboard;
 };
 
-void PasteboardTest::holdWithTool(QProcess &tool, const QByteArray &content)
+void PasteboardTest::holdWithTool(QProcess &tool, const QByteArray &content,
+                                  const QString &selection)
 {
     const QString path = m_folder.filePath(QStringLiteral("held"));
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
     file.close();
-    tool.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"),
+    tool.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), selection,
                                          QStringLiteral("-quiet"), QStringLiteral("-i"), path});
     QVERIFY(tool.waitForStarted());
-    QTRY_COMPARE_WITH_TIMEOUT(readWithTool().size(), content.size(), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(readWithTool(selection).size(), content.size(), patience);
 }
 
-QByteArray PasteboardTest::readWithTool() const
+QByteArray PasteboardTest::readWithTool(const QString &selection) const
 {
     QProcess tool;
     tool.start(QStringLiteral("xclip"),
-               {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-o")});
+               {QStringLiteral("-selection"), selection, QStringLiteral("-o")});
     const bool isDone =
         QTest::qWaitFor([&] { return tool.state() == QProcess::NotRunning; }, patience);
     return isDone ? tool.readAllStandardOutput() : QByteArray();
@@ -147,6 +151,25 @@ void PasteboardTest::aProgramThatDoesNotAnswerHoldsNobodyUp()
     ::kill(pid_t(tool.processId()), SIGCONT);
     tool.terminate();
     tool.waitForFinished();
+}
+
+void PasteboardTest::whatIsMarkedIsNotWhatIsCopied()
+{
+    QProcess copying;
+    QProcess marking;
+    holdWithTool(copying, "copied");
+    holdWithTool(marking, "marked", QStringLiteral("primary"));
+    for (const auto &[use, text] : {std::pair(Use::link, QStringLiteral("copied")),
+                                    std::pair(Use::marked, QStringLiteral("marked"))}) {
+        Answer answer;
+        read(use, answer);
+        QTRY_VERIFY_WITH_TIMEOUT(answer.isGiven, patience);
+        QCOMPARE(answer.text, text);
+    }
+    for (QProcess *tool : {&copying, &marking}) {
+        tool->terminate();
+        tool->waitForFinished();
+    }
 }
 
 void PasteboardTest::ourOwnTextIsAtHand()

@@ -10,14 +10,6 @@ Surface {
 
     required property string text
     signal edited(string text)
-    /// By key; insert() is the answer. The editor's own way waits for whoever holds the text, and
-    /// takes it whatever its size.
-    signal pasteRequested
-
-    function insert(text: string) {
-        editor.remove(editor.selectionStart, editor.selectionEnd);
-        editor.insert(editor.cursorPosition, text);
-    }
 
     radius: Theme.cardRadius
     color: Theme.card
@@ -57,14 +49,13 @@ Surface {
             Accessible.name: qsTr("Links")
             Accessible.multiLine: true
             onTextChanged: root.edited(text)
-            Keys.onPressed: event => {
-                if (event.matches(StandardKey.Paste)) {
-                    event.accepted = true;
-                    root.pasteRequested();
-                }
-            }
             Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
             Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+
+            FieldPaste {
+                field: editor
+                takesLines: true
+            }
         }
     }
 }

@@ -62,7 +62,6 @@ Sheet {
             height: parent.height - y - footer.height - 44
             text: links.text
             onEdited: text => links.text = text
-            onPasteRequested: Desktop.readPasteboard(text => editor.insert(text))
         }
         BatchFooter {
             id: footer

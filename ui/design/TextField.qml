@@ -71,6 +71,9 @@ T.TextField {
         }
     }
 
+    FieldPaste {
+        field: root
+    }
     Text {
         x: root.leftPadding
         width: root.width - root.leftPadding - root.rightPadding

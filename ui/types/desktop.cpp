@@ -4,6 +4,7 @@
 
 #include "platform/pasteboard.h"
 #include "platform/workspace.h"
+#include "ui/design/field_paste.h"
 
 namespace veltro {
 namespace {
@@ -19,6 +20,7 @@ Desktop *&desktopOfTheProgram()
 void setDesktop(Desktop *desktop)
 {
     desktopOfTheProgram() = desktop;
+    setFieldPasteboard(desktop ? &desktop->pasteboard() : nullptr);
 }
 
 Desktop::Desktop(Workspace &workspace, Pasteboard &pasteboard, QObject *parent)

@@ -32,6 +32,8 @@ public:
     /// where it holds none.
     Q_INVOKABLE void readPasteboard(const QJSValue &then);
 
+    [[nodiscard]] Pasteboard &pasteboard() { return m_pasteboard; }
+
     /// For the QML engine, which asks for the object that setDesktop() was given.
     static Desktop *create(QQmlEngine *engine, QJSEngine *scripts);
 
@@ -40,8 +42,8 @@ private:
     Pasteboard &m_pasteboard;
 };
 
-/// What the singleton Desktop of a QML engine stands for; set before the engine loads its first
-/// file, and outlives the engine.
+/// What the singleton Desktop of a QML engine stands for, and text fields paste from; set before
+/// the engine loads its first file, and outlives the engine.
 void setDesktop(Desktop *desktop);
 
 }

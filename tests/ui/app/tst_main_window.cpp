@@ -4,6 +4,8 @@
 #include "tests/ui/app/window_bench.h"
 #include "ui/settings/about_information.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTimer>
@@ -27,6 +29,7 @@ private Q_SLOTS:
     void theKeyForPastingDoesWhatItsPlaceSays();
     void theMenusDoTheSameWhereverTheyAreOpened();
     void whoComesByKeySeesTheFocus();
+    void aFieldTakesOneLineAndNoMoreThanIsOfUse();
     void theProductsPagesAreOpened();
     void noKeyIsHeardUnderASheet();
     void returnSubmitsOnceWhereverTheFocusIsOnHome_data();
@@ -281,6 +284,28 @@ void TestMainWindow::whoComesByKeySeesTheFocus()
     QVERIFY(isSeen());
     QTest::keyClick(&window, Qt::Key_Escape);
     QTRY_VERIFY(isOnQuality(window));
+}
+
+void TestMainWindow::aFieldTakesOneLineAndNoMoreThanIsOfUse()
+{
+    QWindow *window = &m_bench->window();
+    QQuickItem &field = m_bench->item(QStringLiteral("urlField"));
+    const auto paste = [&](const QString &held) {
+        m_bench->pasteboard.held = held;
+        QTest::keyClick(window, Qt::Key_V, Qt::ControlModifier);
+        return field.property("text").toString();
+    };
+    QCOMPARE(paste(QStringLiteral("https://a.example\r\n")), QStringLiteral("https://a.example"));
+    QTest::keyClick(window, Qt::Key_A, Qt::ControlModifier);
+    QCOMPARE(paste(QStringLiteral("two\nlines")), QStringLiteral("two lines"));
+    QCOMPARE(m_bench->homeModel().urlText(), QStringLiteral("two lines"));
+    QCOMPARE(paste(QString(64 * 1024 + 1, u'x')), QStringLiteral("two lines"));
+    QTest::keyClick(window, Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(field.property("text").toString(), QStringLiteral("https://a.example"));
+    // Nor does it ask each program that copies something what that is, and wait for the answer.
+    const QSignalSpy asked(&field, SIGNAL(canPasteChanged()));
+    QGuiApplication::clipboard()->setText(QStringLiteral("copied"));
+    QCOMPARE(asked.size(), 0);
 }
 
 void TestMainWindow::theProductsPagesAreOpened()
