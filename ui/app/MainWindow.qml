@@ -20,18 +20,15 @@ T.ApplicationWindow {
     /// Set when the first frame is on the screen: what it did not show is made then.
     property bool isShown: false
     property bool mayClose: false
-    // What a window manager draws around the window; it tells how much when the window is there.
-    readonly property size frame: Qt.size(12, 40)
 
     title: qsTr("Veltro")
     color: Theme.page
-    width: Math.max(minimumWidth, Math.min(root.memory.width, Screen.desktopAvailableWidth - root.frame.width))
-    height: Math.max(minimumHeight, Math.min(root.memory.height, Screen.desktopAvailableHeight - root.frame.height))
     minimumWidth: 980
     minimumHeight: 680
     font.family: Theme.family
     font.pixelSize: 13
 
+    Component.onCompleted: root.memory.restore(root)
     onActiveChanged: if (root.active)
         root.home.becomeActive()
     onClosing: close => {

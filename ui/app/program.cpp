@@ -99,6 +99,7 @@ void Program::afterFirstFrame()
     m_hasBegun = true;
     disconnect(m_window, &QQuickWindow::frameSwapped, this, nullptr);
     m_window->setProperty("isShown", true);
+    WindowMemory::keepOnScreen(*m_window);
     m_store.beginEngine();
     detach(openLibrary(this), QStringLiteral("the library"));
 }

@@ -4,6 +4,7 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QScreen>
 
 #include <algorithm>
 
@@ -12,6 +13,14 @@ namespace {
 
 const auto windowKey = QStringLiteral("MainWindow");
 constexpr int largestSide = 16384;
+// Of a title bar and borders, before the window manager has told what it draws.
+constexpr QSize usualFrame(12, 40);
+
+QSize sizeWithin(const QWindow &window, QSize wanted, QSize frame)
+{
+    return wanted.boundedTo(window.screen()->availableGeometry().size() - frame)
+        .expandedTo(window.minimumSize());
+}
 
 }
 
@@ -35,6 +44,33 @@ void WindowMemory::setSidebarWidth(int width)
     if (m_sidebarWidth != allowed) {
         m_sidebarWidth = allowed;
         Q_EMIT changed();
+    }
+}
+
+void WindowMemory::restore(QWindow *window) const
+{
+    window->resize(sizeWithin(*window, {m_width, m_height}, usualFrame));
+}
+
+void WindowMemory::keepOnScreen(QWindow &window)
+{
+    if (window.windowStates() != Qt::WindowNoState) {
+        return; // the desktop has settled its place
+    }
+    const QMargins margins = window.frameMargins();
+    const QSize frame(margins.left() + margins.right(), margins.top() + margins.bottom());
+    const QSize size = sizeWithin(window, window.size(), frame);
+    if (size != window.size()) {
+        window.resize(size);
+    }
+    const QRect screen = window.screen()->availableGeometry();
+    QRect place(window.framePosition(), size + frame);
+    place.moveRight(std::min(place.right(), screen.right()));
+    place.moveBottom(std::min(place.bottom(), screen.bottom()));
+    place.moveLeft(std::max(place.left(), screen.left()));
+    place.moveTop(std::max(place.top(), screen.top()));
+    if (place.topLeft() != window.framePosition()) {
+        window.setFramePosition(place.topLeft());
     }
 }
 

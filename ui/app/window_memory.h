@@ -4,6 +4,7 @@
 #include "platform/defaults_store.h"
 
 #include <QObject>
+#include <QWindow>
 #include <QtQml/qqmlregistration.h>
 
 namespace veltro {
@@ -28,6 +29,11 @@ public:
     /// Keeps it within the limits.
     void setSidebarWidth(int width);
     Q_INVOKABLE void save() const;
+    /// Gives the window its size, as far as the screen has room for it and a usual frame.
+    Q_INVOKABLE void restore(QWindow *window) const;
+    /// Makes the window and its frame lie within the screen, as far as its least size allows. What
+    /// the frame needs is known when the window is shown.
+    static void keepOnScreen(QWindow &window);
 
 Q_SIGNALS:
     void changed();

@@ -127,6 +127,7 @@ void TestMainWindow::theSidebarFollowsTheStore()
 
 void TestMainWindow::theDividerStaysWithinItsLimits()
 {
+    m_bench->window().resize(1020, 700);
     QQuickItem &divider = m_bench->item(QStringLiteral("sidebarDivider"));
     const auto drag = [this, &divider](int by) {
         const QPoint from = divider.mapToScene({4, 300}).toPoint();
@@ -144,6 +145,7 @@ void TestMainWindow::theDividerStaysWithinItsLimits()
     QCOMPARE(value(QStringLiteral("sidebar"), "width").toInt(), 220);
     QTest::keyClick(&m_bench->window(), Qt::Key_Right);
     QCOMPARE(value(QStringLiteral("sidebar"), "width").toInt(), 230);
+    QCOMPARE(m_bench->window().size(), QSize(1020, 700)); // which nobody has touched
 }
 
 void TestMainWindow::eachKeyDoesItsOneThing()
