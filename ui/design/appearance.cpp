@@ -3,6 +3,7 @@
 #include "ui/design/appearance.h"
 
 #include "ui/design/last_input.h"
+#include "ui/design/spoken_state.h"
 
 #include <QFontDatabase>
 #include <QGuiApplication>
@@ -34,6 +35,7 @@ void applyAppearance()
     QGuiApplication::setPalette(palette);
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     LastInput::instance();
+    tellWhatIsDisabled();
 }
 
 }

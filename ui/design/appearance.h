@@ -5,8 +5,8 @@
 namespace veltro {
 
 /// Sets the program's font and its light colours, whatever the desktop's theme, and has the focus
-/// shown to who uses keys. Once, after the application object is made and before the first window.
-/// Main thread.
+/// shown to who uses keys, and what is disabled told to who listens. Once, after the application
+/// object is made and before the first window. Main thread.
 void applyAppearance();
 
 }

@@ -4,6 +4,7 @@
 #include "tests/ui/app/window_bench.h"
 #include "ui/settings/about_information.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QRegularExpression>
@@ -31,6 +32,7 @@ private Q_SLOTS:
     void whoComesByKeySeesTheFocus();
     void aFieldTakesOneLineAndNoMoreThanIsOfUse();
     void theProductsPagesAreOpened();
+    void aScreenReaderIsToldWhatCannotBeUsed();
     void noKeyIsHeardUnderASheet();
     void returnSubmitsOnceWhereverTheFocusIsOnHome_data();
     void returnSubmitsOnceWhereverTheFocusIsOnHome();
@@ -322,6 +324,15 @@ void TestMainWindow::theProductsPagesAreOpened()
     }
     QCOMPARE(m_bench->workspace.pages, (QList<QUrl>{about.supportPage(), about.supportPage(),
                                                     about.privacyPage(), about.noticesPage()}));
+}
+
+void TestMainWindow::aScreenReaderIsToldWhatCannotBeUsed()
+{
+    QAccessibleInterface *save =
+        QAccessible::queryAccessibleInterface(&m_bench->item(QStringLiteral("save")));
+    QVERIFY(save->state().disabled);
+    m_bench->homeModel().setUrlText(QStringLiteral("https://a.example"));
+    QVERIFY(!save->state().disabled);
 }
 
 void TestMainWindow::noKeyIsHeardUnderASheet()
