@@ -46,15 +46,20 @@ T.Button {
                 Accessible.ignored: true
             }
             Row {
+                id: facts
                 spacing: 6
 
                 Label {
+                    width: Math.min(implicitWidth, texts.width - (end.visible ? end.width + facts.spacing : 0))
                     text: root.leading
+                    elide: Text.ElideRight
+                    maximumLineCount: 1
                     color: Theme.inkSecondary
                     font.pixelSize: 11
                     Accessible.ignored: true
                 }
                 Label {
+                    id: end
                     visible: text !== ""
                     text: root.trailing
                     color: Theme.inkTertiary

@@ -25,6 +25,8 @@ private:
     /// Looks at all texts, once the title is seen in as many places.
     void lookAtTexts(const QString &title, int leastPlaces);
     [[nodiscard]] QString faultIn(const QString &title, int leastPlaces);
+    /// Looks at the menu that the key opens where the focus is, and chooses a line of it.
+    void lookAtMenu(const QString &title, int leastPlaces, const QString &line);
     [[nodiscard]] QList<QQuickItem *> texts();
     void visit(QQuickItem &item, const std::function<void(QQuickItem &)> &visitor);
 
@@ -99,7 +101,7 @@ QList<QQuickItem *> TestHostileTitles::texts()
 {
     QList<QQuickItem *> found;
     visit(*m_bench->window().contentItem(), [&](QQuickItem &item) {
-        if (item.inherits("QQuickText")) {
+        if (item.inherits("QQuickText") || item.inherits("QQuickTextEdit")) {
             found.append(&item);
         }
     });
@@ -110,6 +112,14 @@ QString TestHostileTitles::faultIn(const QString &title, int leastPlaces)
 {
     (void)m_bench->window().grabWindow(); // laid out and drawn
     const QRectF window(QPointF(-1, -1), m_bench->window().size() + QSize(2, 2));
+    bool isOver = false;
+    visit(*m_bench->window().contentItem(), [&](QQuickItem &item) {
+        isOver = isOver || (item.inherits("QQuickPopupItem") &&
+                            !window.contains(item.mapRectToScene(item.boundingRect())));
+    });
+    if (isOver) {
+        return QStringLiteral("a menu or a sheet reaches out");
+    }
     int places = 0;
     const QList<QQuickItem *> seen = texts();
     for (QQuickItem *text : seen) {
@@ -140,6 +150,24 @@ void TestHostileTitles::lookAtTexts(const QString &title, int leastPlaces)
 {
     // Banners and sheets are on their way for a moment.
     QTRY_COMPARE_WITH_TIMEOUT(faultIn(title, leastPlaces), QString(), CoordinatorBench::patience);
+}
+
+void TestHostileTitles::lookAtMenu(const QString &title, int leastPlaces, const QString &line)
+{
+    QTest::keyClick(&m_bench->window(), Qt::Key_Menu);
+    QQuickItem *chosen = nullptr;
+    const auto isOpen = [&] {
+        visit(*m_bench->window().contentItem(), [&](QQuickItem &item) {
+            if (item.inherits("QQuickMenuItem") && item.property("text").toString() == line) {
+                chosen = &item;
+            }
+        });
+        return chosen != nullptr;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isOpen(), CoordinatorBench::patience);
+    lookAtTexts(title, leastPlaces);
+    QTest::mouseClick(&m_bench->window(), Qt::LeftButton, Qt::NoModifier,
+                      chosen->mapToScene({chosen->width() / 2, chosen->height() / 2}).toPoint());
 }
 
 void TestHostileTitles::areShownAsTheyAre_data()
@@ -174,6 +202,10 @@ void TestHostileTitles::areShownAsTheyAre()
 
     store.setSelectedTab(MacTab::downloads);
     lookAtTexts(title, 3);
+    QTest::keyClick(&m_bench->window(), Qt::Key_Down); // to the one that failed
+    lookAtMenu(title, 3, QStringLiteral("Show Details…"));
+    lookAtTexts(title, 5); // over the rows: what it is, and why it failed
+    QTest::keyClick(&m_bench->window(), Qt::Key_Escape);
 
     store.setSelectedTab(MacTab::library);
     QQuickItem *tile = nullptr;
@@ -189,15 +221,28 @@ void TestHostileTitles::areShownAsTheyAre()
     QTest::mouseClick(&m_bench->window(), Qt::LeftButton, Qt::NoModifier,
                       tile->mapToScene({tile->width() / 2, 30}).toPoint());
     lookAtTexts(title, 4); // on the tile and beside the player
+    lookAtMenu(title, 4, QStringLiteral("Open"));
 
     MediaInfo info;
     info.title = title;
     info.uploader = title;
     info.webpageURL = m_bench->site.url(QStringLiteral("/plain"));
-    store.setPendingFormatPick(FormatPickRequest{QUuid::createUuid(), *info.webpageURL, info});
-    TRY(m_bench->popup(QStringLiteral("formatPicker")).property("opened").toBool());
-    lookAtTexts(title, 2);
-    store.clearPendingFormatPick();
+    MediaInfo list = info;
+    list.isPlaylist = true;
+    list.playlistEntries = {info, info};
+    info.formats.resize(2);
+    for (Format &format : info.formats) {
+        format.vcodec = QStringLiteral("avc1");
+        format.resolution = title;
+        format.ext = title;
+    }
+    for (const MediaInfo &page : {info, list}) {
+        store.setPendingFormatPick(FormatPickRequest{QUuid::createUuid(), *info.webpageURL, page});
+        TRY(m_bench->popup(QStringLiteral("formatPicker")).property("opened").toBool());
+        lookAtTexts(title, 2 + int(page.playlistEntries.size()));
+        store.clearPendingFormatPick();
+        TRY(!m_bench->popup(QStringLiteral("formatPicker")).property("visible").toBool());
+    }
 
     store.setEngineError(title);
     store.setShowEngineError(true);
