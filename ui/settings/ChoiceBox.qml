@@ -89,7 +89,10 @@ T.ComboBox {
             Label {
                 x: 30
                 anchors.verticalCenter: parent.verticalCenter
+                width: parent.width - x - 12
                 text: entry.modelData
+                horizontalAlignment: Text.AlignLeft
+                elide: Text.ElideRight
                 color: entry.highlighted ? Theme.accentText : Theme.ink
                 Accessible.ignored: true
             }

@@ -4,15 +4,20 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Templates as T
 import Veltro.Design
+import Veltro.Downloads
+import Veltro.Settings
 
-/// A menu bar with a menu open, and a card that scrolls.
+/// A menu bar with a menu open, a card that scrolls, a box with its choices, and a short help.
 Rectangle {
-    readonly property int popups: 1
+    readonly property int popups: 3
 
     color: Theme.page
 
     Window.onWindowChanged: if (Window.window)
-        Qt.callLater(() => file.popup(12, 34)) // qmllint disable
+        Qt.callLater(() => {
+            file.popup(12, 34); // qmllint disable
+            box.popup.open(); // qmllint disable
+        })
 
     MenuBar {
         width: parent.width
@@ -45,6 +50,26 @@ Rectangle {
         MenuItem {
             text: "Not now"
             enabled: false
+        }
+    }
+    ChoiceBox {
+        id: box
+        x: 40
+        y: 320
+        width: 280
+        name: "Where its cookies are"
+        choice: 1
+        model: ["Firefox, Personal", "Chromium, A profile with a name that is longer than its box", "פיירפוקס, פרופיל אישי", "🐋 Deep", "A cookies.txt file…"]
+    }
+    IconButton {
+        x: 400
+        y: 360
+        name: "play.fill"
+        text: "Play"
+
+        HoverHelp {
+            text: "Play"
+            shown: true
         }
     }
     Surface {
