@@ -38,6 +38,7 @@ Column {
             id: clear
             objectName: "clearFinished"
             anchors.right: parent.right
+            anchors.rightMargin: -clear.rightPadding // the words end where the cards do
             anchors.verticalCenter: parent.verticalCenter
             visible: root.finishedCount > 0
             implicitWidth: implicitContentWidth + 16

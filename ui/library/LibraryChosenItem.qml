@@ -22,7 +22,7 @@ FocusScope {
             id: one
             x: 20
             y: 24
-            width: parent.width - 40
+            width: parent.width - 44 // the divider's half is beside it
             spacing: 12
 
             MacVideoPlayer {
