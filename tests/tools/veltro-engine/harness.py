@@ -11,7 +11,6 @@ import pathlib
 import subprocess
 import tempfile
 import unittest
-import urllib.parse
 import urllib.request
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
@@ -51,7 +50,7 @@ def run(*arguments, environment=None, program=None, before=()):
     command = [*before, str(program or BUNDLE / "veltro-engine"), *map(str, arguments)]
     done = subprocess.run(command, env={**os.environ, **(environment or {})}, timeout=LONGEST,
                           stdin=subprocess.DEVNULL, capture_output=True, encoding="utf-8")
-    events = [json.loads(line) for line in done.stdout.splitlines() if line.startswith("{")]
+    events = [json.loads(line) for line in done.stdout.split("\n") if line.startswith("{")]
     return Outcome(done.returncode, events, done.stderr)
 
 
@@ -80,12 +79,6 @@ def dead_url(path):
 def ask_site(path):
     with urllib.request.urlopen(url(path), timeout=30) as answer:
         return answer.read().decode()
-
-
-def requests_for(path):
-    """The site's requests for a path since the last reset, oldest first."""
-    log = [json.loads(line) for line in ask_site("/_log").splitlines()]
-    return [request for request in log if request["path"] == urllib.parse.unquote(path)]
 
 
 def tool(*arguments):

@@ -30,7 +30,6 @@ RUN_FAILS = [
     ("/drm/dash", "drmProtected", "This video is DRM-protected and can't be saved."),
     ("/local/media", "downloadFailed", ""),
     ("/hostile/media-desktop", "downloadFailed", "desktop"),
-    ("/hostile/media-sh", "downloadFailed", ""),
 ]
 
 # These files cannot be decoded, or hold nothing; the run says that it has finished and leaves
@@ -75,28 +74,10 @@ class Failures(harness.Case):
             self.assertTrue(file.is_file())
         self.assertFalse([name for name in names(self.folder) if "transcoded" in name])
 
-    def test_a_dangerous_side_file_is_left_out_with_a_warning(self):
-        for kind in ("subtitle-desktop", "subtitle-exe", "subtitle-sh", "subtitle-url",
-                     "thumbnail-desktop", "language"):
-            with self.subTest(kind), self.fresh() as folder:
-                outcome = self.save(f"/hostile/{kind}")
-                self.assertEqual(outcome.code, 0, outcome.error)
-                left = [name for name in names(folder) if not name.endswith((".mp4", ".vtt"))]
-                self.assertEqual(left, [])
-
     def test_files_of_this_machine_are_not_read_for_a_page(self):
         outcome = self.save("/local/playlist", "/local/live", "/local/redirect")
         self.assertEqual(len(outcome.named("error")), 3)
         self.assertEqual([name for name in names(self.folder) if name.endswith(".mp4")], [])
-
-    def test_a_file_of_cookies_that_is_none_is_an_error(self):
-        cookies = harness.ROOT / "tests/site/cookies/not-one.txt"
-        outcome = run("probe", url("/plain"), "--cookies", cookies)
-        self.assertIn("probeFailed", outcome.error)
-        self.assertIn("cookie", outcome.error.lower())
-        saved = self.save("/plain", "--cookies", cookies)
-        self.assertIn("downloadFailed", saved.error)
-        self.assertEqual(names(self.folder), [])
 
 
 if __name__ == "__main__":

@@ -39,6 +39,7 @@ class Library(harness.Case):
         sound, _, movie = listed.events
         for item in listed.events:
             file = pathlib.Path(item["file"])
+            self.assertEqual(file.parent, self.home / "Documents/Downloads")
             self.assertEqual(file.stat().st_size, item["fileSizeBytes"])
             self.assertGreater(item["durationSeconds"], 0)
             self.assertEqual(item["state"], "done")

@@ -76,19 +76,6 @@ class Places(harness.Case):
                 self.assertEqual(len(outcome.files), 4)
         self.assertFalse(trace.exists(), trace.exists() and trace.read_text())
 
-    def test_a_plain_locale_and_a_closed_output_do_no_harm(self):
-        for locale in ({"LC_ALL": "C"}, {"LC_ALL": "POSIX", "LANG": "", "LC_CTYPE": ""}):
-            with self.subTest(locale), self.fresh():
-                outcome = self.save("/title/cyrillic", "/title/bidi", environment=locale)
-                self.assertEqual(outcome.error, "")
-                self.assertEqual(len(outcome.files), 2)
-
-    def test_a_wrong_home_of_the_interpreter_is_an_error_and_not_a_crash(self):
-        outcome = run("probe", url("/plain"), environment={"PYTHONHOME": "/nonexistent"})
-        self.assertEqual(outcome.code, 1)
-        self.assertEqual(len(outcome.events), 1)
-        self.assertEqual(outcome.events[0]["event"], "error")
-
     def test_a_broken_bundle_is_said_to_be_one(self):
         breaks = {
             "no support module": lambda copy: (copy / "Contents/Resources/python_init.py").unlink(),
@@ -122,18 +109,6 @@ class Places(harness.Case):
             (copy / "Contents/Resources/cacert.pem").unlink()
             outcome = run("probe", url("/plain"), program=copy / "veltro-engine")
             self.assertEqual(outcome.code, 0, outcome.error)
-
-    def test_an_interpreter_that_is_not_there_stops_the_process_with_its_text(self):
-        outcome = run("ready", environment={"PYTHON_LIBRARY": "/nonexistent/libpython.so"})
-        self.assertNotEqual(outcome.code, 0)
-        self.assertIn("Python library not found. Set the PYTHON_LIBRARY environment variable with "
-                      "the path to a Python library.", outcome.log)
-
-    def test_a_script_runs_inside_the_engine(self):
-        script = self.folder / "script.py"
-        script.write_text("import sys, yt_dlp\nprint(sys.argv[1:])\nsys.exit(3)\n")
-        outcome = run("python", script, "a", "b")
-        self.assertEqual(outcome.code, 3)
 
 
 if __name__ == "__main__":
