@@ -27,18 +27,8 @@ QProcessEnvironment plainEnvironment()
 TestSite::Request requestFrom(const QByteArray &line)
 {
     const QJsonObject entry = QJsonDocument::fromJson(line).object();
-    const auto text = [&](const char *key) { return entry.value(QLatin1String(key)).toString(); };
-    return {
-        .method = text("method"),
-        .path = text("path"),
-        .query = text("query"),
-        .range = text("range"),
-        .cookie = text("cookie"),
-        .secure = entry.value(QLatin1String("secure")).toBool(),
-        .status = entry.value(QLatin1String("status")).toInt(),
-        .sent = entry.value(QLatin1String("sent")).toInteger(),
-        .state = text("state"),
-    };
+    return {entry.value(QLatin1String("path")).toString(),
+            entry.value(QLatin1String("range")).toString()};
 }
 
 }
@@ -58,7 +48,6 @@ TestSite::TestSite()
     if (words.size() != 4 || words.first() != QLatin1String("ready"))
         qFatal("The test site did not come up: %s", qPrintable(m_process.errorString()));
     m_plain = words[1];
-    m_secure = words[2];
     m_dead = words[3];
 }
 
@@ -74,11 +63,6 @@ TestSite::~TestSite()
 QUrl TestSite::url(const QString &path) const
 {
     return QUrl(m_plain + path);
-}
-
-QUrl TestSite::secureUrl(const QString &path) const
-{
-    return QUrl(m_secure + path);
 }
 
 QUrl TestSite::deadUrl(const QString &path) const
@@ -116,11 +100,6 @@ void TestSite::release() const
 void TestSite::addRule(const QString &rule) const
 {
     ask(QStringLiteral("/_control?") + rule);
-}
-
-QString TestSite::mediaFile(const QString &name)
-{
-    return QStringLiteral(VELTRO_TEST_MEDIA "/") + name;
 }
 
 QString TestSite::cookieFile(const QString &name)

@@ -24,22 +24,13 @@ public:
 
     /// The address of a page, `path` as the tables have it: "/plain", "/held?at=5000".
     [[nodiscard]] QUrl url(const QString &path) const;
-    /// The same page over TLS, under a certificate that nobody signed.
-    [[nodiscard]] QUrl secureUrl(const QString &path) const;
     /// An address where every connection is refused.
     [[nodiscard]] QUrl deadUrl(const QString &path) const;
 
     /// One request since the start or the last reset.
     struct Request {
-        QString method;
-        QString path;  ///< decoded, without the query
-        QString query; ///< as it came
+        QString path; ///< decoded, without the query
         QString range;
-        QString cookie;
-        bool secure = false; ///< came over TLS
-        int status = 0;      ///< 0 before the answer's head has left
-        qint64 sent = 0;     ///< bytes of the body so far
-        QString state;       ///< "open", "done" or "dropped" (by the client)
     };
     /// The requests, oldest first.
     [[nodiscard]] QList<Request> log() const;
@@ -53,9 +44,7 @@ public:
     /// Adds a rule in the words of the README: "match=index2.ts&hold=0".
     void addRule(const QString &rule) const;
 
-    /// A file of the media folder: "h264-aac.mp4". Valid while any site of the build tree lives.
-    [[nodiscard]] static QString mediaFile(const QString &name);
-    /// A cookie file by name: "session" opens /cookies, "other" and "not-one" do not.
+    /// A cookie file by name: "session" opens /cookies, "other" does not.
     [[nodiscard]] static QString cookieFile(const QString &name);
 
 private:
@@ -64,7 +53,6 @@ private:
     QProcess m_process;
     // Constant after construction.
     QString m_plain;
-    QString m_secure;
     QString m_dead;
 };
 

@@ -15,7 +15,7 @@ def file_reply(request, name, **more):
 
 
 def media(request):
-    """`ranges=0`, `rate=`, `hold=`, `cut=`, `type=` and `cookie=session` act on any file."""
+    """`ranges=0`, `rate=`, `hold=`, `cut=` and `cookie=session` act on any file."""
     if request.query.get("cookie") == "session" and request.cookie("session") != "ok":
         return reply.status(403, "log in first")
     answer = file_reply(request, request.path.removeprefix("/media/"))
@@ -23,7 +23,6 @@ def media(request):
     answer.rate = request.number("rate", 0)
     answer.hold = request.number("hold")
     answer.cut = request.number("cut")
-    answer.content_type = request.query.get("type", answer.content_type)
     return answer
 
 

@@ -33,7 +33,7 @@ class Reply:
     body: bytes = b""
     file: pathlib.Path | None = None
     headers: dict = dataclasses.field(default_factory=dict)
-    ranges: bool = True  # answers a Range request with that part; files only
+    ranges: bool | None = None  # answers a Range with that part; unless said, files alone do
     rate: int = 0  # bytes a second, 0 for no limit
     hold: int | None = None  # waits for the release before this byte of the whole body
     cut: int | None = None  # closes the connection after so many bytes, whatever was promised
@@ -64,16 +64,15 @@ def html(title, body="", head="", **more):
     return Reply(body=page.encode(), **more)
 
 
-def video_tag(src, poster="", tracks=(), tag="video"):
+def video_tag(src, tracks=(), tag="video"):
     """`tracks` are pairs of language and address."""
     inner = "".join(f'<track kind="subtitles" srclang="{language}" src="{entities.escape(track)}">'
                     for language, track in tracks)
-    picture = f' poster="{entities.escape(poster)}"' if poster else ""
-    return f'<{tag} controls{picture}><source src="{entities.escape(src)}">{inner}</{tag}>'
+    return f'<{tag} controls><source src="{entities.escape(src)}">{inner}</{tag}>'
 
 
-def video_page(title, src, head="", poster="", tracks=(), **more):
-    return html(title, video_tag(src, poster, tracks), head, **more)
+def video_page(title, src, head="", tracks=(), **more):
+    return html(title, video_tag(src, tracks), head, **more)
 
 
 def json_ld(fields):
@@ -112,7 +111,7 @@ def send(handler, reply, request, entry, gate):
     size = reply.file.stat().st_size if reply.file else len(reply.body)
     first, end, code = 0, size, reply.status
     headers = {"Content-Type": reply.content_type, **reply.headers}
-    if reply.file and reply.ranges:
+    if reply.ranges or (reply.file and reply.ranges is None):
         headers.setdefault("Accept-Ranges", "bytes")
         if request.range and code == 200:
             part = requested_part(request.range, size)

@@ -2,10 +2,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Pages that work, made the ways in which pages show media."""
 
-import json
-
 from testsite import media_files
-from testsite.reply import html, json_ld, text, video_page, video_tag
+from testsite.reply import html, text, video_page
 
 CLIP = "/media/h264-aac.mp4"
 
@@ -19,16 +17,6 @@ def sources(_):
                              '<source src="/media/h264-small.mp4" title="90p" height="90"></video>')
 
 
-def several(_):
-    return html("Several videos", "".join(map(video_tag, (
-        CLIP, "/media/vp9-opus.webm", "/media/h264-small.mp4"))))
-
-
-def several_one_missing(_):
-    return html("Several videos, one missing", "".join(map(video_tag, (
-        CLIP, "/media/nowhere.mp4", "/media/h264-small.mp4"))))
-
-
 def og_video(request):
     return html("Open Graph", head=(
         '<meta property="og:title" content="An Open Graph video">'
@@ -37,27 +25,8 @@ def og_video(request):
         f'<meta property="og:image" content="{request.base}/media/cover.jpg">'))
 
 
-def jwplayer(request):
-    size = (request.site.media / "h264-aac.mp4").stat().st_size
-    setup = {"title": "A player's setup", "image": "/media/cover.jpg", "duration": 2,
-             "sources": [{"file": CLIP, "label": "180p", "filesize": size},
-                         {"file": "/media/h264-small.mp4", "label": "90p", "bitrate": 100000}],
-             "tracks": [{"file": "/media/subtitles/en.vtt", "kind": "captions", "label": "en"}]}
-    return html("A player", f"<script>jwplayer('x').setup({json.dumps(setup)});</script>")
-
-
-def described(request):
-    return html("Described file", head=json_ld({
-        "name": "A described file", "author": "Test Author", "duration": "PT2S",
-        "encodingFormat": "video/mp4", "contentUrl": request.base + CLIP}))
-
-
 def direct(request):
     return media_files.file_reply(request, "h264-aac.mp4")
-
-
-def direct_unnamed(request):
-    return media_files.file_reply(request, "h264-aac.mp4", content_type="application/octet-stream")
 
 
 def rss(request):
@@ -69,36 +38,16 @@ def rss(request):
                 "</channel></rss>", "application/rss+xml")
 
 
-def xspf(request):
-    tracks = "".join(f"<track><location>{request.base}{name}</location><title>{title}</title>"
-                     "<duration>2000</duration></track>"
-                     for title, name in (("One", CLIP), ("Two", "/media/h264-small.mp4")))
-    return text('<?xml version="1.0"?><playlist version="1" xmlns="http://xspf.org/ns/0/">'
-                f"<title>A list</title><trackList>{tracks}</trackList></playlist>",
-                "application/xspf+xml")
-
-
 def no_media(_):
     return html("Nothing to see", "<p>Words, and no media at all.</p>")
-
-
-def empty_page(_):
-    return text("", "text/html; charset=utf-8")
 
 
 ROUTES = {
     "/plain": plain,
     "/sources": sources,
-    "/several": several,
-    "/several/one-missing": several_one_missing,
     "/og-video": og_video,
-    "/jwplayer": jwplayer,
-    "/described": described,
     "/direct/clip.mp4": direct,
-    "/direct/unnamed": direct_unnamed,
     "/rss": rss,
-    "/xspf": xspf,
     "/no-media": no_media,
-    "/empty-page": empty_page,
     "/with space/и кириллица": plain,
 }

@@ -50,12 +50,6 @@ def ondemand_manifest(request):
         representation(request, 3, "ondemand/audio.m4a", AAC), "/media/ondemand/en.vtt")
 
 
-def mixed_manifest(request):
-    return on_demand_mpd(
-        [representation(request, 1, "vp9.webm", ("video/webm", "vp09.00.11.08"), (320, 180))],
-        representation(request, 2, "ondemand/audio.m4a", AAC))
-
-
 def protected_manifest(request):
     manifest = (request.site.media / "dash/h264-aac/manifest.mpd").read_text(encoding="utf-8")
     manifest = manifest.replace("<Period ", "<BaseURL>/media/dash/h264-aac/</BaseURL><Period ")
@@ -106,10 +100,6 @@ def live_ends(request):
                         f"/live/index.m3u8?key=ends&after={after}", duration=None)
 
 
-def live_endless(request):
-    return json_ld_page(request, "A live stream", "/live/index.m3u8?key=endless", duration=None)
-
-
 def missing_segment(request):
     """The muxed clip, where the third of four segments is gone."""
     answer = media_files.file_reply(request, "hls/muxed/index.m3u8")
@@ -125,8 +115,6 @@ def gone(_):
 ROUTES = {
     "/jsonld": stream("A described video", "/ondemand.mpd"),
     "/ondemand.mpd": ondemand_manifest,
-    "/mixed": stream("VP9 with AAC", "/mixed.mpd"),
-    "/mixed.mpd": mixed_manifest,
     "/dash/h264-aac": dash("DASH, H.264 and AAC", "h264-aac"),
     "/dash/vp9-opus": dash("DASH, VP9 and Opus", "vp9-opus"),
     "/dash/av1-opus": dash("DASH, AV1 and Opus", "av1-opus"),
@@ -138,10 +126,8 @@ ROUTES = {
     "/hls/missing-segment.m3u8": missing_segment,
     "/hls/gone.ts": gone,
     "/live/ends": live_ends,
-    "/live/endless": live_endless,
     "/live/index.m3u8": live_playlist,
     "/drm/hls": hls("Protected HLS", "drm/index"),
-    "/drm/hls-master": hls("Protected HLS with a master playlist", "drm/master"),
     "/drm/dash": stream("Protected DASH", "/drm/manifest.mpd"),
     "/drm/manifest.mpd": protected_manifest,
 }
