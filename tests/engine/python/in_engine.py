@@ -6,7 +6,8 @@ import os
 import sys
 import unittest
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+_HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path[:0] = [_HERE, os.path.join(_HERE, '../../site')]
 program = unittest.main(module=None, argv=['in_engine', *sys.argv[1:]], exit=False,
                         warnings='ignore')
 sys.exit(0 if program.result.wasSuccessful() else 1)

@@ -13,6 +13,7 @@ import unittest
 import clips
 import python_init
 from engine_case import EngineCase
+from testsite import reply
 
 _HERE = os.path.dirname(os.path.abspath(__file__))
 
@@ -93,7 +94,6 @@ class Bootstrap(unittest.TestCase):
             ''', env={**os.environ, 'XDG_CONFIG_HOME': home})
             self.assertEqual((done.returncode, done.stderr), (0, ''))
 
-
     def test_the_bundled_javascript_runtime_finds_its_modules_beside_itself(self):
         with tempfile.TemporaryDirectory() as bundle:
             resources = os.path.join(bundle, 'Contents', 'Resources')
@@ -119,42 +119,7 @@ class Bootstrap(unittest.TestCase):
             self.assertEqual(environment, 'None')
             self.assertEqual(modules, os.path.join(resources, 'deno', 'cache'))
 
-
-class HostFunctions(unittest.TestCase):
-
-    def test_the_exported_functions_are_called_as_they_are_declared(self):
-        with tempfile.TemporaryDirectory() as folder:
-            library = os.path.join(folder, 'host_double.so')
-            subprocess.run(('cc', '-shared', '-fPIC', '-o', library,
-                            os.path.join(_HERE, 'host_double.c')), check=True)
-            done = child('''
-                from veltro_ytdlp import native, native_process
-                tools = native.tools()
-                outcome = tools.run('ffmpeg', ['-i', 'file:Ы \\udcff.mp4', ''])
-                assert outcome.code == 0
-                assert outcome.output == 'ffmpeg|-i|file:Ы \\ufffd.mp4|', outcome.output
-                assert outcome.log == 'log of ffmpeg\\n'
-                assert tools.run('ffprobe', []) == native.Outcome(1, 'ffprobe', 'log of ffprobe\\n')
-                assert tools.progress(1) is None
-
-                class Enough(Exception):
-                    pass
-
-                def look(process):
-                    if process.progress():
-                        assert process.progress() == native.Progress(5000000000, 2.5)
-                        raise Enough
-
-                process = native_process.NativeProcess([native_process.FFMPEG, 'wait'], look)
-                try:
-                    process.wait()
-                except Enough:
-                    process.kill()
-                assert process.poll() == 255
-            ''', env={**os.environ, 'LD_PRELOAD': library, 'PYTHONUTF8': '1'})
-            self.assertEqual((done.returncode, done.stdout, done.stderr), (0, '', ''))
-
-    def test_without_them_a_step_fails_with_a_sentence(self):
+    def test_without_media_functions_a_step_fails_with_a_sentence(self):
         done = child('''
             import python_init, yt_dlp
             from yt_dlp.postprocessor.ffmpeg import FFmpegPostProcessor
@@ -170,10 +135,6 @@ class HostFunctions(unittest.TestCase):
 
 
 class Runs(EngineCase):
-
-    def video(self) -> str:
-        self.serve('/movie.mp4', clips.movie())
-        return self.page('<video src="movie.mp4"></video>')
 
     def run_alone(self, before: str, url: str, **others: object) -> subprocess.CompletedProcess:
         """A run in an interpreter of its own, without any tool to start."""
@@ -201,26 +162,22 @@ class Runs(EngineCase):
                     sys.stderr.flush()
                     os._exit(3)
             sys.addaudithook(watch)
-        '''), self.video())
+        '''), self.video_page('', ''))
         self.assertEqual((done.returncode, done.stdout), (0, ''), done.stderr)
         for line in done.stderr.splitlines():
             self.assertRegex(line, r'^\[veltro\] WARNING: ')
         self.assertEqual(self.files(), ['A title (1) [page-1].mp4'])
 
     def test_closed_outputs_do_not_end_a_run(self):
-        done = self.run_alone('import os\nos.close(1)\nos.close(2)\n', self.video())
+        done = self.run_alone('import os\nos.close(1)\nos.close(2)\n', self.video_page('', ''))
         self.assertEqual(done.returncode, 0)
         self.assertEqual(self.files(), ['A title (1) [page-1].mp4'])
 
     def test_a_cookie_file_is_read_and_never_written(self):
-        def page(handler):
-            asked.append(handler.headers.get('Cookie'))
-            handler.send_response(200)
-            handler.send_header('Set-Cookie', 'new=1; Max-Age=9999')
-            handler.send_header('Content-Type', 'text/html')
-            handler.send_header('Connection', 'close')
-            handler.end_headers()
-            handler.wfile.write(b'<html><title>T</title><video src="movie.mp4"></video></html>')
+        def page(request):
+            asked.append(request.headers.get('Cookie'))
+            return reply.video_page('T', 'movie.mp4',
+                                    headers={'Set-Cookie': 'new=1; Max-Age=9999'})
 
         asked = []
         self.serve('/movie.mp4', clips.movie())
@@ -239,7 +196,7 @@ class Runs(EngineCase):
         contents = {'a page': b'<html><body>sign in</body></html>\n' * 100, 'nothing': b'',
                     'data': bytes(range(256)) * 50, 'json': b'[{"name": "key"}]',
                     'words': b'one two\nthree\n'}
-        url = self.video()
+        url = self.video_page('', '')
         for name, content in contents.items():
             with self.subTest(name):
                 path = os.path.join(self.outer, 'cookies.txt')

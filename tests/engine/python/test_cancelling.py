@@ -11,6 +11,7 @@ from collections.abc import Callable
 
 import clips
 from engine_case import EngineCase, Saved, yt_dlp
+from testsite import reply
 
 
 def at_fragment(index: int, of: str = '') -> Callable[[dict], bool]:
@@ -147,7 +148,7 @@ class WholeFiles(EngineCase):
         self.assertEqual(self.files(), [os.path.basename(done.path)])
 
     def test_waiting_for_a_server_can_be_cancelled(self):
-        self.serve('/movie.mp4', lambda handler: handler.answer(503, b'', 'text/plain'))
+        self.serve('/movie.mp4', lambda _: reply.status(503))
         url = self.page('<video src="movie.mp4"></video>')
         broken = self.save(url, cancel=lambda _: self.site.count('/movie.mp4') == 2)
         self.assertIsInstance(broken.error, yt_dlp.utils.DownloadCancelled)
@@ -164,12 +165,13 @@ class LiveStreams(EngineCase):
         for name in segments:
             self.serve('/' + name, clips.hls()[name])
 
-        def live(handler):
+        def live(_):
             """A playlist that never says that it ends, until the test says so."""
             lines = [f'#EXTINF:0.5,\nvideo-{number}.ts' for number in range(len(segments))]
             end = '#EXT-X-ENDLIST' if self.ended.is_set() else ''
-            handler.serve('\n'.join(('#EXTM3U', '#EXT-X-TARGETDURATION:1',
-                                     '#EXT-X-MEDIA-SEQUENCE:0', *lines, end)))
+            return reply.text('\n'.join(('#EXTM3U', '#EXT-X-TARGETDURATION:1',
+                                         '#EXT-X-MEDIA-SEQUENCE:0', *lines, end)),
+                              'application/vnd.apple.mpegurl')
 
         self.url = self.serve('/live.m3u8', live)
 

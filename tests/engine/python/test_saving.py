@@ -8,18 +8,12 @@ import unittest
 
 import clips
 from engine_case import EngineCase, yt_dlp
+from testsite import reply
 
 PlainYoutubeDL = sys.modules['yt_dlp.YoutubeDL'].YoutubeDL
 
 
 class OneExtraction(EngineCase):
-
-    def video_page(self) -> str:
-        self.serve('/movie.mp4', clips.movie())
-        self.serve('/picture.jpg', clips.picture())
-        self.serve('/en.vtt', clips.SUBTITLES)
-        return self.page('<video src="movie.mp4" poster="picture.jpg">'
-                         '<track srclang="en" src="en.vtt"></video>')
 
     def list_page(self) -> str:
         for name in ('one', 'two', 'three'):
@@ -30,8 +24,7 @@ class OneExtraction(EngineCase):
     def link_page(self) -> str:
         """A page that leads to another address, which yt-dlp resolves while processing."""
         target = self.serve_hls()
-        return self.serve('/moved.html', lambda handler: handler.answer(
-            302, b'', 'text/html', {'Location': target}))
+        return self.serve('/moved.html', lambda _: reply.redirect(target))
 
     def plainly_saved(self, kind: str, url: str) -> tuple[list[str], dict]:
         """What yt-dlp's own class saves when it extracts the page for the second time."""
@@ -117,6 +110,15 @@ class OneExtraction(EngineCase):
         nothing = self.save(self.page('nothing to see'))
         self.assertEqual(str(nothing.error),
                          f'ERROR: Unsupported URL: {self.site.root}/page.html')
+
+
+class MediaFunctions(EngineCase):
+
+    def test_they_take_any_name_and_say_why_they_fail(self):
+        missing = self.tools.run('ffprobe', ['file:Ы \udcff.mp4'])
+        self.assertEqual((missing.code, missing.output), (1, ''))
+        self.assertRegex(missing.log, 'file:Ы .+mp4: No such file or directory\n$')
+        self.assertIsNone(self.tools.progress(1))
 
 
 class Formats(EngineCase):

@@ -2,25 +2,20 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Subtitles and pictures are saved where they can be and never end a run."""
 
+import os
 import unittest
 
 import clips
 from engine_case import EngineCase, Saved
+from testsite import reply
 
 _MEDIA = 'A title (1) [page-1].mp4'
 
 
 class Supplements(EngineCase):
 
-    def setUp(self) -> None:
-        super().setUp()
-        self.serve('/movie.mp4', clips.movie())
-        self.serve('/picture.jpg', clips.picture())
-        self.serve('/en.vtt', clips.SUBTITLES)
-
-    def saved_page(self, video: str = '', track: str = '', head: str = '', **others) -> Saved:
-        return self.saved(self.page(f'<video src="movie.mp4" {video}>{track}</video>', head=head),
-                          **others)
+    def saved_page(self, video: str = '', track: str = '', head: str = '') -> Saved:
+        return self.saved(self.video_page(video, track, head))
 
     def test_subtitles_are_put_into_the_file(self):
         saved = self.saved_page(track='<track srclang="en" src="en.vtt">')
@@ -46,11 +41,18 @@ class Supplements(EngineCase):
                 self.assertEqual(self.files(), [_MEDIA])
 
     def test_side_files_of_other_kinds_are_left_out(self):
-        launcher = b'[Desktop Entry]\nType=Application\nExec=true\n'
-        self.serve('/x.desktop', launcher)
-        self.serve('/x.svg', launcher)
-        self.saved_page(track='<track srclang="en" src="x.desktop">', video='poster="x.desktop"')
+        for kind in ('desktop', 'exe', 'sh', 'url', 'svg'):
+            with self.subTest(kind):
+                self.use_folder(kind)
+                self.serve(f'/x.{kind}', b'[Desktop Entry]\nType=Application\nExec=true\n')
+                self.saved_page(f'poster="x.{kind}"', f'<track srclang="en" src="x.{kind}">')
+                self.assertEqual(self.files(), [_MEDIA])
+
+    def test_a_language_does_not_lead_out_of_the_folder(self):
+        self.saved_page(track='<track srclang="en" src="en.vtt">'
+                              '<track srclang="../../en" src="en.vtt">')
         self.assertEqual(self.files(), [_MEDIA])
+        self.assertEqual(os.listdir(self.outer), ['down'])
 
     def test_pictures_are_found_from_relative_addresses(self):
         for head, video in (('<meta property="og:image" content="picture.jpg">', ''),
@@ -58,14 +60,10 @@ class Supplements(EngineCase):
                             ('', 'poster="picture.jpg"')):
             with self.subTest(head or video):
                 self.use_folder(str(len(head)))
-                url = self.page(f'<video src="movie.mp4" {video}></video>', head=head)
-                self.assertEqual(self.picture_address(url), f'{self.site.root}/picture.jpg')
+                url = self.video_page(video, '', head)
+                self.assertEqual(self.probe(url)['thumbnail'], f'{self.site.root}/picture.jpg')
                 self.saved(url)
-                self.assertIn('A title (1) [page-1].jpg', self.files())
                 self.assertEqual(self.content('A title (1) [page-1].jpg'), clips.picture())
-
-    def picture_address(self, url: str) -> str:
-        return self.probe(url)['thumbnail']
 
     def test_pictures_that_cannot_be_had_do_not_end_the_run(self):
         self.serve('/empty.jpg', b'')
@@ -77,8 +75,8 @@ class Supplements(EngineCase):
                 self.assertEqual(self.files(), [_MEDIA])
 
     def test_a_picture_is_named_by_its_kind_where_its_address_says_nothing(self):
-        self.serve('/picture.php', lambda handler: handler.answer(
-            200, clips.picture(), 'image/jpeg'))
+        self.serve('/picture.php', lambda _: reply.Reply(
+            content_type='image/jpeg', body=clips.picture()))
         self.saved_page(video='poster="picture.php?id=1"')
         self.assertEqual(self.files(), ['A title (1) [page-1].jpg', _MEDIA])
 

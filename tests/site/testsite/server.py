@@ -73,7 +73,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
     do_HEAD = do_GET
 
     def answer(self, request):
-        page = routes.find(request.path)
+        page = self.server.find(request.path)
         answer = page(request) if page else reply.status(404, "no such page")
         actions = request.site.rules.actions_for(request.path)
         if "status" in actions:
@@ -90,9 +90,10 @@ class Server(http.server.ThreadingHTTPServer):
     daemon_threads = True
     request_queue_size = 128
 
-    def __init__(self, port, site, certificate=None):
+    def __init__(self, port, site, certificate=None, find=routes.find):
         super().__init__((LOOPBACK, port), Handler)
         self.site = site
+        self.find = find
         self.secure = certificate is not None
         if certificate:
             context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
