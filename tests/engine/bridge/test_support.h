@@ -5,6 +5,7 @@
 
 #include <QTest>
 
+#include <stdexcept>
 #include <string>
 
 template <>
@@ -32,6 +33,18 @@ inline PythonObject function(const std::string &lines)
 inline std::string repr(const PythonObject &object)
 {
     return Python().attr("repr")(object).description();
+}
+
+/// The error that an operation must throw.
+template <typename Operation>
+PythonError thrownBy(Operation operation)
+{
+    try {
+        operation();
+    } catch (const PythonError &error) {
+        return error;
+    }
+    throw std::logic_error("nothing was thrown");
 }
 
 inline std::int64_t referenceCount(const PythonObject &object)

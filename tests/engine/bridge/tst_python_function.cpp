@@ -118,16 +118,12 @@ void PythonFunctionTest::interpreterErrorPassesThroughAClosureWithItsTraceback()
     const PythonObject inner = function("def f(): raise LookupError('deep')");
     const PythonFunction between([&](PythonArguments) { return inner.throwing().call(); });
     const PythonObject outer = function("def f(callable): callable()");
-    try {
-        outer.throwing().call({between});
-        QFAIL("nothing thrown");
-    } catch (const PythonError &error) {
-        QCOMPARE(error.message(), "deep");
-        // Both Python frames, though a host frame lies between them.
-        QCOMPARE(error.description(), "Python exception: deep\nTraceback:\n"
-                                      "  File \"<string>\", line 1, in f\n"
-                                      "  File \"<string>\", line 1, in f\n");
-    }
+    const PythonError error = thrownBy([&] { outer.throwing().call({between}); });
+    QCOMPARE(error.message(), "deep");
+    // Both Python frames, though a host frame lies between them.
+    QCOMPARE(error.description(), "Python exception: deep\nTraceback:\n"
+                                  "  File \"<string>\", line 1, in f\n"
+                                  "  File \"<string>\", line 1, in f\n");
 }
 
 void PythonFunctionTest::closureLivesAsLongAsItsCallable()

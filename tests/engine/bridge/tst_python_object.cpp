@@ -59,14 +59,10 @@ void PythonObjectTest::callPassesPositionalAndNamedArgumentsInOrder()
 
 void PythonObjectTest::throwingFormThrowsTheException()
 {
-    const auto message = [](const auto &operation) -> std::string {
-        try {
-            operation();
-        } catch (const PythonError &error) {
-            return error.value().attr("__class__").attr("__name__").description() + ": " +
-                   error.message();
-        }
-        return "nothing thrown";
+    const auto message = [](const auto &operation) {
+        const PythonError error = thrownBy(operation);
+        return error.value().attr("__class__").attr("__name__").description() + ": " +
+               error.message();
     };
     const ThrowingPythonObject view = evaluate("(1, 2)").throwing();
     QCOMPARE(message([&] { (void)view.attr("nope"); }),
@@ -181,39 +177,27 @@ void PythonObjectTest::exceptionIsDescribedWithAndWithoutTraceback()
     QCOMPARE(bare.description(), "Python exception: a b");
     QCOMPARE(std::string(bare.what()), bare.description());
     const PythonObject failing = function("def g():\n raise KeyError('k')\ndef f():\n g()");
-    try {
-        failing.throwing().call();
-        QFAIL("nothing thrown");
-    } catch (const PythonError &error) {
-        QCOMPARE(error.kind(), PythonError::Kind::exception);
-        QCOMPARE(error.message(), "'k'");
-        QCOMPARE(error.description(), "Python exception: 'k'\nTraceback:\n"
-                                      "  File \"<string>\", line 4, in f\n"
-                                      "  File \"<string>\", line 2, in g\n");
-    }
+    const PythonError error = thrownBy([&] { failing.throwing().call(); });
+    QCOMPARE(error.kind(), PythonError::Kind::exception);
+    QCOMPARE(error.message(), "'k'");
+    QCOMPARE(error.description(), "Python exception: 'k'\nTraceback:\n"
+                                  "  File \"<string>\", line 4, in f\n"
+                                  "  File \"<string>\", line 2, in g\n");
 }
 
 void PythonObjectTest::callOfWhatCannotBeCalledIsInvalid()
 {
-    try {
-        PythonObject(5).throwing().call();
-        QFAIL("nothing thrown");
-    } catch (const PythonError &error) {
-        QCOMPARE(error.kind(), PythonError::Kind::invalidCall);
-        QCOMPARE(error.description(), "Invalid Python call: 5");
-    }
+    const PythonError error = thrownBy([] { PythonObject(5).throwing().call(); });
+    QCOMPARE(error.kind(), PythonError::Kind::invalidCall);
+    QCOMPARE(error.description(), "Invalid Python call: 5");
     QCOMPARE(PythonError::invalidModule("x").description(), "Invalid Python module: x");
 }
 
 void PythonObjectTest::failedImportThrowsItsException()
 {
-    try {
-        (void)Python().attemptImport("no_such_module");
-        QFAIL("nothing thrown");
-    } catch (const PythonError &error) {
-        QCOMPARE(error.kind(), PythonError::Kind::exception);
-        QCOMPARE(error.message(), "No module named 'no_such_module'");
-    }
+    const PythonError error = thrownBy([] { (void)Python().attemptImport("no_such_module"); });
+    QCOMPARE(error.kind(), PythonError::Kind::exception);
+    QCOMPARE(error.message(), "No module named 'no_such_module'");
     QVERIFY(!pythonErrorPending());
     QCOMPARE(Python().attemptImport("sys").attr("argv")[0].description(), "");
 }
@@ -221,20 +205,14 @@ void PythonObjectTest::failedImportThrowsItsException()
 void PythonObjectTest::errorThatLeavesItsJobKeepsItsTexts()
 {
     const PythonObject failing = function("def f(): raise ValueError('gone')");
-    std::optional<PythonError> kept;
-    try {
-        failing.throwing().call();
-    } catch (const PythonError &error) {
-        kept = error;
-    }
-    QVERIFY(kept);
-    const std::int64_t before = referenceCount(kept->value());
-    const PythonObject value = kept->value();
-    kept->leaveJob();
+    PythonError kept = thrownBy([&] { failing.throwing().call(); });
+    const std::int64_t before = referenceCount(kept.value());
+    const PythonObject value = kept.value();
+    kept.leaveJob();
     QCOMPARE(referenceCount(value), before);
-    QVERIFY(!kept->traceback());
-    QCOMPARE(kept->message(), "gone");
-    QVERIFY(kept->description().find("in f") != std::string::npos);
+    QVERIFY(!kept.traceback());
+    QCOMPARE(kept.message(), "gone");
+    QVERIFY(kept.description().find("in f") != std::string::npos);
 }
 
 QTEST_APPLESS_MAIN(PythonObjectTest)
