@@ -9,7 +9,6 @@
 #include <csignal>
 #include <future>
 #include <stdexcept>
-#include <thread>
 
 using namespace veltro;
 
@@ -67,11 +66,9 @@ class PythonExecutorTest : public QObject {
 private Q_SLOTS:
     void jobRunsWithoutALockBeforeTheStart();
     void bootstrapLeavesTheLockFree();
-    void bootstrapsQueuedAtOnceLeaveTheLockFree();
     void failedBootstrapLeavesTheLockFreeAndItsErrorReadable();
     void outcomeOfAJobIsHandedBackUnchanged();
     void jobInsideAJobKeepsTheLock();
-    void jobsOfTheTwoQueuesInterleave();
     void jobsOfTheTwoQueuesShareTheInterpreterWithoutLoss();
     void closedConnectionIsAnErrorOfTheJob();
 };
@@ -89,18 +86,6 @@ void PythonExecutorTest::bootstrapLeavesTheLockFree()
 {
     bootstrap("sys");
     QVERIFY(python_lock::interpreterRuns());
-    QVERIFY(bothQueuesWork());
-}
-
-void PythonExecutorTest::bootstrapsQueuedAtOnceLeaveTheLockFree()
-{
-    std::vector<std::thread> callers;
-    for (int i = 0; i < 8; ++i) {
-        callers.emplace_back([] { bootstrap("os"); });
-    }
-    for (std::thread &caller : callers) {
-        caller.join();
-    }
     QVERIFY(bothQueuesWork());
 }
 
@@ -152,27 +137,6 @@ void PythonExecutorTest::jobInsideAJobKeepsTheLock()
     });
     QCOMPARE(QString::fromStdString(job.get()), QStringLiteral("ValueError"));
     QVERIFY(bothQueuesWork());
-}
-
-void PythonExecutorTest::jobsOfTheTwoQueuesInterleave()
-{
-    std::promise<void> running;
-    auto waiting = submitted(PythonExecutor::primary(), [&running] {
-        running.set_value();
-        // Ends only when the other job has run while this one computes.
-        const PythonObject wait = function("import sys\ndef f():\n sys.veltro_flag = False\n"
-                                           " while not sys.veltro_flag: pass\n return 'seen'");
-        return wait().description();
-    });
-    running.get_future().wait();
-    auto setting = submitted(PythonExecutor::probe(), [] {
-        const PythonObject set = function("import sys, time\ndef f():\n"
-                                          " while getattr(sys, 'veltro_flag', None) is None:\n"
-                                          "  time.sleep(0)\n sys.veltro_flag = True");
-        set();
-    });
-    setting.get();
-    QCOMPARE(QString::fromStdString(waiting.get()), QStringLiteral("seen"));
 }
 
 void PythonExecutorTest::jobsOfTheTwoQueuesShareTheInterpreterWithoutLoss()
