@@ -149,18 +149,6 @@ std::string SessionLog::text() const
     return m_text;
 }
 
-std::string SessionLog::lastLine() const
-{
-    const std::lock_guard guard(m_lock);
-    const std::size_t end = m_text.find_last_not_of(" \t\r\n");
-    if (end == std::string::npos) {
-        return {};
-    }
-    const std::size_t before = m_text.find_last_of("\r\n", end);
-    const std::size_t begin = before == std::string::npos ? 0 : before + 1;
-    return m_text.substr(begin, end - begin + 1);
-}
-
 // Called by the libraries, which are C: nothing may be thrown through them.
 void SessionLog::receive(void *context, int level, const char *format, std::va_list arguments)
 try {

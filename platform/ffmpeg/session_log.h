@@ -38,8 +38,6 @@ public:
     void append(std::string_view text);
 
     [[nodiscard]] std::string text() const;
-    /// The last line that is not blank: the reason, after a failure.
-    [[nodiscard]] std::string lastLine() const;
 
     /// Binds the calling thread to a log for the scope's life; scopes nest.
     class Scope {
