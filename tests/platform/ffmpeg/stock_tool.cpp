@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/platform/ffmpeg/stock_tool.h"
 
-#include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QRegularExpression>
@@ -49,14 +48,6 @@ bool makeMedia(const QStringList &arguments, const QString &folder)
 bool makeMedia(const QString &command, const QString &folder)
 {
     return makeMedia(QProcess::splitCommand(command), folder);
-}
-
-bool writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    const bool written =
-        file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
-    return QTest::qVerify(written, "the file is written", qPrintable(path), __FILE__, __LINE__);
 }
 
 QByteArray comparable(const QByteArray &log)

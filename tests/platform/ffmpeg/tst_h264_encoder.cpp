@@ -4,7 +4,7 @@
 #include "platform/ffmpeg/h264_encoder.h"
 #include "platform/ffmpeg/library_options.h"
 #include "platform/ffmpeg/locale_scope.h"
-#include "tests/platform/ffmpeg/stock_tool.h"
+#include "tests/platform/ffmpeg/runner_support.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -33,7 +33,7 @@ private:
         QByteArray log;
     };
     [[nodiscard]] Answer transcode(const H264EncoderList &encoders) const;
-    [[nodiscard]] QByteArray written() const;
+    [[nodiscard]] QByteArray written() const { return contentOf(path(u"out.mp4"_s)); }
     [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
 
     QTemporaryDir m_folder;
@@ -107,23 +107,8 @@ void TestH264Encoder::initTestCase()
 TestH264Encoder::Answer TestH264Encoder::transcode(const H264EncoderList &encoders) const
 {
     QFile::remove(path(u"out.mp4"_s));
-    const std::vector<std::string> arguments{"-y",
-                                             "-hide_banner",
-                                             "-i",
-                                             path(u"in.webm"_s).toStdString(),
-                                             "-c:v",
-                                             "h264_videotoolbox",
-                                             "-b:v",
-                                             "4M",
-                                             "-allow_sw",
-                                             "1",
-                                             "-pix_fmt",
-                                             "yuv420p",
-                                             "-c:a",
-                                             "copy",
-                                             "-movflags",
-                                             "+faststart",
-                                             path(u"out.mp4"_s).toStdString()};
+    const std::vector<std::string> arguments =
+        argumentsOf(playbackCommand(path(u"in.webm"_s), path(u"out.mp4"_s)));
     SessionLog log;
     RunControl control;
     const LocaleScope locale;
@@ -137,12 +122,6 @@ TestH264Encoder::Answer TestH264Encoder::transcode(const H264EncoderList &encode
     }
     answer.log = QByteArray::fromStdString(log.text());
     return answer;
-}
-
-QByteArray TestH264Encoder::written() const
-{
-    QFile file(path(u"out.mp4"_s));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 void TestH264Encoder::theMachineHasAnEncoderThatOpens()

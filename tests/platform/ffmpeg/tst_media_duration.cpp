@@ -42,9 +42,6 @@ void TestMediaDuration::isKnownOfEveryContainer_data()
 {
     QTest::addColumn<QString>("options");
     QTest::addColumn<QString>("file");
-    const auto row = [](const char *why, const char *options, const char *file) {
-        QTest::newRow(why) << QString::fromLatin1(options) << QString::fromLatin1(file);
-    };
     row("mp4", "-c copy", "a.mp4");
     row("mp4 in fragments", "-c copy -movflags frag_keyframe+empty_moov+default_base_moof",
         "frag.mp4");

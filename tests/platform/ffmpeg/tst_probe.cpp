@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/ffmpeg/media_tools.h"
-#include "tests/platform/ffmpeg/stock_tool.h"
+#include "tests/platform/ffmpeg/runner_support.h"
 
 #include <QDir>
 #include <QFile>
@@ -11,13 +10,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <barrier>
-#include <clocale>
-#include <cstdlib>
-#include <string>
-#include <sys/stat.h>
-#include <thread>
-#include <vector>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using namespace veltro::ffmpeg;
@@ -26,11 +19,7 @@ namespace {
 
 CommandResult probe(const QStringList &arguments)
 {
-    std::vector<std::string> texts;
-    for (const QString &argument : arguments) {
-        texts.push_back(argument.toStdString());
-    }
-    return mediaTools().probe(texts);
+    return mediaTools().probe(argumentsOf(arguments));
 }
 
 QByteArray bytes(const std::string &text)
@@ -38,23 +27,7 @@ QByteArray bytes(const std::string &text)
     return QByteArray::fromStdString(text);
 }
 
-QByteArray lastLine(const QByteArray &log)
-{
-    return log.trimmed().split('\n').last();
-}
-
-// What this process holds in memory, in bytes.
-qint64 residentBytes()
-{
-    QFile status(u"/proc/self/statm"_s);
-    if (!status.open(QIODevice::ReadOnly)) {
-        return -1;
-    }
-    return status.readAll().split(' ').value(1).toLongLong() * 4096;
-}
-
-const QStringList asJson{u"-hide_banner"_s, u"-show_format"_s, u"-show_streams"_s,
-                         u"-print_format"_s, u"json"_s};
+const QStringList asJson = wordsOf("-hide_banner -show_format -show_streams -print_format json");
 
 }
 
@@ -80,7 +53,6 @@ private Q_SLOTS:
     void namesTheStreamsOfAFile_data();
     void namesTheStreamsOfAFile();
     void namesNoStreamsOfWhatIsNotMedia();
-    void twoProbesAtOnceKeepTheirLogsApart();
     void writesNumbersWithAPointUnderACommaLocale();
     void doesNotGrowWithTheNumberOfProbes();
 };
@@ -112,9 +84,8 @@ void TestProbe::initTestCase()
 
 void TestProbe::makeBrokenFiles()
 {
-    QFile whole(path(u"clip.mp4"_s));
-    QVERIFY(whole.open(QIODevice::ReadOnly));
-    QVERIFY(writeFile(path(u"cut.mp4"_s), whole.read(whole.size() / 2)));
+    const QByteArray whole = contentOf(path(u"clip.mp4"_s));
+    QVERIFY(writeFile(path(u"cut.mp4"_s), whole.first(whole.size() / 2)));
     QVERIFY(writeFile(path(u"empty.mp4"_s), {}));
     QByteArray noise;
     quint32 state = 1;
@@ -140,9 +111,8 @@ void TestProbe::answersAsTheToolDoes_data()
 void TestProbe::answersAsTheToolDoes()
 {
     QFETCH(QString, file);
-    for (const QStringList &options :
-         {asJson, QStringList{u"-hide_banner"_s, u"-show_streams"_s},
-          QStringList{u"-v"_s, u"quiet"_s, u"-show_format"_s, u"-of"_s, u"default"_s, u"-i"_s}}) {
+    for (const QStringList &options : {asJson, wordsOf("-hide_banner -show_streams"),
+                                       wordsOf("-v quiet -show_format -of default -i")}) {
         const ToolAnswer expected = runTool(u"ffprobe"_s, options + QStringList{argument(file)});
         QCOMPARE(expected.code, 0);
         const CommandResult answer = probe(options + QStringList{argument(file)});
@@ -163,46 +133,45 @@ void TestProbe::refusesAsTheToolDoes_data()
 void TestProbe::refusesAsTheToolDoes()
 {
     QFETCH(QString, file);
-    for (const QStringList &options :
-         {asJson, QStringList{u"-hide_banner"_s, u"-show_streams"_s}}) {
+    for (const QStringList &options : {asJson, wordsOf("-hide_banner -show_streams")}) {
         const ToolAnswer expected = runTool(u"ffprobe"_s, options + QStringList{argument(file)});
         QCOMPARE(expected.code, 1);
         const CommandResult answer = probe(options + QStringList{argument(file)});
         QCOMPARE(answer.code, 1);
         QCOMPARE(bytes(answer.output), expected.output);
-        QCOMPARE(lastLine(bytes(answer.log)), lastLine(expected.log));
+        QCOMPARE(lastLineOf(bytes(answer.log)), lastLineOf(expected.log));
     }
 }
 
 void TestProbe::readsItsOptionsAsTheToolDoes_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    const QString clip = argument(u"clip.mp4"_s);
-    QTest::newRow("an unknown option") << QStringList{u"-nonsense"_s, clip};
-    QTest::newRow("an unknown option at the end") << QStringList{clip, u"-nonsense"_s};
-    QTest::newRow("a value is missing") << QStringList{clip, u"-of"_s};
-    QTest::newRow("an unknown form") << QStringList{u"-of"_s, u"nonsense"_s, clip};
-    QTest::newRow("an unknown demuxer") << QStringList{u"-f"_s, u"nonsense"_s, clip};
-    QTest::newRow("two files") << QStringList{clip, u"file:other.mp4"_s};
-    QTest::newRow("an unknown protocol") << QStringList{u"nonsense:x"_s};
-    QTest::newRow("a name behind the options") << QStringList{u"--"_s, u"-missing"_s};
-    QTest::newRow("nothing to show") << QStringList{clip};
-    QTest::newRow("streams of a kind")
-        << QStringList{u"-show_streams"_s, u"-select_streams"_s, u"a"_s, clip};
-    QTest::newRow("the demuxer is given")
-        << QStringList{u"-show_format"_s, u"-f"_s, u"mp3"_s, argument(u"sound.mp3"_s)};
-    QTest::newRow("quiet behind the file") << QStringList{clip, u"-loglevel"_s, u"quiet"_s};
+    QTest::addColumn<QString>("command");
+    row("an unknown option", "-nonsense clip.mp4");
+    row("an unknown option at the end", "clip.mp4 -nonsense");
+    row("a value is missing", "clip.mp4 -of");
+    row("an unknown form", "-of nonsense clip.mp4");
+    row("an unknown demuxer", "-f nonsense clip.mp4");
+    row("two files", "clip.mp4 file:other.mp4");
+    row("an unknown protocol", "nonsense:x");
+    row("a name behind the options", "-- -missing");
+    row("nothing to show", "clip.mp4");
+    row("streams of a kind", "-show_streams -select_streams a clip.mp4");
+    row("the demuxer is given", "-show_format -f mp3 sound.mp3");
+    row("quiet behind the file", "clip.mp4 -loglevel quiet");
 }
 
 void TestProbe::readsItsOptionsAsTheToolDoes()
 {
-    QFETCH(QStringList, arguments);
-    arguments.prepend(u"-hide_banner"_s);
+    QFETCH(const QString, command);
+    QStringList arguments{u"-hide_banner"_s};
+    for (const QString &word : wordsOf(command)) {
+        arguments += QFile::exists(path(word)) ? argument(word) : word;
+    }
     const ToolAnswer expected = runTool(u"ffprobe"_s, arguments);
     const CommandResult answer = probe(arguments);
     QCOMPARE(answer.code, expected.code);
     QCOMPARE(bytes(answer.output), expected.output);
-    QCOMPARE(lastLine(comparable(bytes(answer.log))), lastLine(comparable(expected.log)));
+    QCOMPARE(lastLineOf(comparable(bytes(answer.log))), lastLineOf(comparable(expected.log)));
 }
 
 void TestProbe::tellsVersionsInTheFormThatCallersTakeApart()
@@ -235,15 +204,12 @@ void TestProbe::keepsJsonValidWhateverIsInTheTags()
     const QByteArray marker = "MARKER-MARKER-MARKER";
     QVERIFY(makeMedia(u"-i clip.mp4 -c copy -metadata title=MARKER-MARKER-MARKER hostile.mkv"_s,
                       m_folder.path()));
-    QFile file(path(u"hostile.mkv"_s));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QByteArray content = file.readAll();
-    file.close();
+    QByteArray content = contentOf(path(u"hostile.mkv"_s));
     // A lone continuation byte, a cut sequence, an overlong slash, a surrogate, controls, quotes.
     const QByteArray hostile("\x80\xc3(\xc0\xaf\xed\xa0\x80\x01\x1f\x7f\"\\\t\r\n{\xf0\x9f");
     QVERIFY(content.contains(marker));
     content.replace(marker, hostile.leftJustified(marker.size(), '.'));
-    QVERIFY(writeFile(file.fileName(), content));
+    QVERIFY(writeFile(path(u"hostile.mkv"_s), content));
 
     const CommandResult answer = probe(asJson + QStringList{argument(u"hostile.mkv"_s)});
     QCOMPARE(answer.code, 0);
@@ -309,55 +275,14 @@ void TestProbe::namesNoStreamsOfWhatIsNotMedia()
     QCOMPARE(streams->size(), 1U);
 }
 
-void TestProbe::twoProbesAtOnceKeepTheirLogsApart()
-{
-    const QStringList names{u"noise.mp4"_s, u"clip.webm"_s, u"missing.mp4"_s, u"cut.mp4"_s};
-    std::vector<QByteArray> alone;
-    for (const QString &name : names) {
-        alone.push_back(comparable(bytes(probe(asJson + QStringList{argument(name)}).log)));
-    }
-    std::vector<int> strays(alone.size(), 0);
-    std::barrier start(static_cast<std::ptrdiff_t>(alone.size()));
-    std::vector<std::thread> threads;
-    threads.reserve(alone.size());
-    for (std::size_t i = 0; i < alone.size(); ++i) {
-        threads.emplace_back([&, i] {
-            const QString name = argument(names[static_cast<qsizetype>(i)]);
-            start.arrive_and_wait();
-            for (int round = 0; round < 100; ++round) {
-                const CommandResult answer = probe(asJson + QStringList{name});
-                strays[i] += comparable(bytes(answer.log)) == alone[i] ? 0 : 1;
-            }
-        });
-    }
-    for (std::thread &thread : threads) {
-        thread.join();
-    }
-    QCOMPARE(strays, std::vector<int>(alone.size(), 0));
-}
-
 void TestProbe::writesNumbersWithAPointUnderACommaLocale()
 {
     const QStringList command = asJson + QStringList{argument(u"clip.mp4"_s)};
     const std::string expected = probe(command).output;
-
-    // A locale of our own making, as a machine may have none with a comma.
-    const QString locales = path(u"locales"_s);
-    QVERIFY(QDir().mkpath(locales));
-    const QString comma = locales + u"/de_DE.UTF-8"_s;
-    const ToolAnswer made =
-        runTool(u"localedef"_s, {u"-i"_s, u"de_DE"_s, u"-f"_s, u"UTF-8"_s, comma});
-    QVERIFY2(QDir(comma).exists(), made.log.constData());
-    QVERIFY(qputenv("LOCPATH", locales.toLocal8Bit()));
-    QVERIFY(setlocale(LC_ALL, "de_DE.UTF-8"));
-    QCOMPARE(std::strtod("1,5", nullptr), 1.5);
-
-    const CommandResult answer = probe(command);
-    const double after = std::strtod("1,5", nullptr);
-    setlocale(LC_ALL, "C.UTF-8");
-    qunsetenv("LOCPATH");
-    QCOMPARE(bytes(answer.output), bytes(expected));
-    QCOMPARE(after, 1.5); // the caller's thread has its locale back
+    const CommaLocale comma;
+    QVERIFY(CommaLocale::isInForce());
+    QCOMPARE(bytes(probe(command).output), bytes(expected));
+    QVERIFY(CommaLocale::isInForce()); // the caller's thread has it back
 }
 
 void TestProbe::doesNotGrowWithTheNumberOfProbes()

@@ -8,8 +8,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <thread>
-
 using namespace Qt::StringLiterals;
 using namespace veltro;
 using namespace veltro::ffmpeg;
@@ -29,13 +27,14 @@ private Q_SLOTS:
     void asksForNoRangeWhenTheSourceCannotSeek();
     void followsALiveStreamToItsEnd_data();
     void followsALiveStreamToItsEnd();
-    void aLiveStreamWithoutEndCanBeCancelled();
+    void aLiveStreamThatIsCancelledLeavesNothingAndOthersAlone();
+    void aWaitForAServerCanBeCancelled();
     void readsNoLocalFileForAPlaylistOfTheNetwork();
 
 private:
     [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
     /// A command as it is typed in the tables, made whole: addresses and the output.
-    [[nodiscard]] QStringList complete(const QByteArray &command, const QString &output) const;
+    [[nodiscard]] QStringList complete(const QString &command, const QString &output) const;
 
     QTemporaryDir m_folder;
     std::unique_ptr<TestSite> m_site;
@@ -62,9 +61,9 @@ void TestRunnerNetwork::init()
     m_site->reset();
 }
 
-QStringList TestRunnerNetwork::complete(const QByteArray &command, const QString &output) const
+QStringList TestRunnerNetwork::complete(const QString &command, const QString &output) const
 {
-    QStringList words = wordsOf(command.constData());
+    QStringList words = wordsOf(command);
     for (qsizetype i = 1; i < words.size(); ++i) {
         if (words[i - 1] == u"-i") {
             words[i] = m_site->url(words[i]).toString(QUrl::FullyEncoded);
@@ -77,10 +76,7 @@ QStringList TestRunnerNetwork::complete(const QByteArray &command, const QString
 
 void TestRunnerNetwork::savesTheSameAsTheStockTool_data()
 {
-    QTest::addColumn<QByteArray>("command");
-    const auto row = [](const char *name, const char *command) {
-        QTest::newRow(name) << QByteArray(command);
-    };
+    QTest::addColumn<QString>("command");
     row("a file", "-i /media/h264-aac.mp4 -c copy -f mp4");
     row("its index at the end", "-i /media/h264-aac-index-last.mp4 -c copy -f mp4");
     row("a file without ranges", "-i /media/h264-aac.mp4?ranges=0 -c copy -f mp4");
@@ -116,7 +112,7 @@ void TestRunnerNetwork::savesTheSameAsTheStockTool_data()
 
 void TestRunnerNetwork::savesTheSameAsTheStockTool()
 {
-    QFETCH(const QByteArray, command);
+    QFETCH(const QString, command);
     const QString theirs = path(u"theirs.part"_s);
     const QString ours = path(u"ours.part"_s);
     const ToolAnswer expected = runTool(u"ffmpeg"_s, complete(command, theirs));
@@ -129,10 +125,7 @@ void TestRunnerNetwork::savesTheSameAsTheStockTool()
 
 void TestRunnerNetwork::failsAsTheStockToolDoes_data()
 {
-    QTest::addColumn<QByteArray>("command");
-    const auto row = [](const char *name, const char *command) {
-        QTest::newRow(name) << QByteArray(command);
-    };
+    QTest::addColumn<QString>("command");
     row("not there", "-i /status/404 -c copy -f mp4");
     row("refused", "-i /status/403 -c copy -f mp4");
     row("the server fails", "-i /status/500/clip.mp4 -c copy -f mp4");
@@ -149,7 +142,7 @@ void TestRunnerNetwork::failsAsTheStockToolDoes_data()
 
 void TestRunnerNetwork::failsAsTheStockToolDoes()
 {
-    QFETCH(const QByteArray, command);
+    QFETCH(const QString, command);
     const QString output = path(u"failed.part"_s);
     const ToolAnswer expected = runTool(u"ffmpeg"_s, complete(command, output));
     QFile::remove(output);
@@ -171,11 +164,12 @@ void TestRunnerNetwork::asksForNoRangeWhenTheSourceCannotSeek()
         return count;
     };
     QCOMPARE(
-        runInProcess(complete("-i /media/h264-aac-index-last.mp4 -c copy -f mp4", output)).code, 0);
+        runInProcess(complete(u"-i /media/h264-aac-index-last.mp4 -c copy -f mp4"_s, output)).code,
+        0);
     QVERIFY(ranges() > 0); // to the index, and back
     m_site->reset();
     const ToolAnswer answer =
-        runInProcess(complete("-seekable 0 -i /media/h264-aac.mp4 -c copy -f mp4", output));
+        runInProcess(complete(u"-seekable 0 -i /media/h264-aac.mp4 -c copy -f mp4"_s, output));
     QVERIFY2(answer.code == 0, answer.log.constData());
     QCOMPARE(ranges(), 0);
     QCOMPARE(m_site->requestCount(u"/media/h264-aac.mp4"_s), 1);
@@ -183,23 +177,21 @@ void TestRunnerNetwork::asksForNoRangeWhenTheSourceCannotSeek()
 
 void TestRunnerNetwork::followsALiveStreamToItsEnd_data()
 {
-    QTest::addColumn<QByteArray>("input");
+    QTest::addColumn<QString>("input");
     QTest::addColumn<double>("least");
     QTest::addColumn<double>("most");
-    QTest::newRow("from its beginning")
-        << QByteArray("-live_start_index 0 -i /live/index.m3u8?after=3&key=whole") << 1.3 << 1.7;
-    QTest::newRow("a part of it")
-        << QByteArray("-live_start_index 0 -t 0.7 -i /live/index.m3u8?after=60&key=part") << 0.5
-        << 0.9;
+    row("from its beginning", "-i /live/index.m3u8?after=3&key=whole", 1.3, 1.7);
+    row("a part of it", "-t 0.7 -i /live/index.m3u8?after=60&key=part", 0.5, 0.9);
 }
 
 void TestRunnerNetwork::followsALiveStreamToItsEnd()
 {
-    QFETCH(const QByteArray, input);
+    QFETCH(const QString, input);
     QFETCH(const double, least);
     QFETCH(const double, most);
     const QString output = path(u"live.part"_s);
-    const ToolAnswer answer = runInProcess(complete(input + " -c copy -f mpegts", output));
+    const ToolAnswer answer =
+        runInProcess(complete(u"-live_start_index 0 "_s + input + u" -c copy -f mpegts"_s, output));
     QVERIFY2(answer.code == 0, answer.log.constData());
     const QStringList packets = packetsOf(output, u"v:0"_s);
     QVERIFY(packets.size() > 5);
@@ -208,31 +200,42 @@ void TestRunnerNetwork::followsALiveStreamToItsEnd()
     QVERIFY2(length > least && length < most, qPrintable(QString::number(length)));
 }
 
-void TestRunnerNetwork::aLiveStreamWithoutEndCanBeCancelled()
+void TestRunnerNetwork::aLiveStreamThatIsCancelledLeavesNothingAndOthersAlone()
 {
+    QVERIFY(makeMedia(u"-f lavfi -i testsrc2=d=4:s=320x180:r=25 own.mp4"_s, m_folder.path()));
     const QString output = path(u"endless.part"_s);
-    const auto session = mediaTools().makeSession();
-    int code = -1;
-    std::thread runner([&] {
-        code = session->run(argumentsOf(
-            complete("-i /live/index.m3u8?after=100000&key=endless -c copy -f mpegts", output)));
-    });
-    const bool began =
-        QTest::qWaitFor([&] { return session->progress().positionSeconds > 0; }, 60'000);
-    session->cancel();
-    runner.join();
-    QVERIFY2(began, session->log().c_str());
-    QCOMPARE(code, 255);
+    BackgroundRun doomed(
+        complete(u"-i /live/index.m3u8?after=100000&key=endless -c copy -f mpegts"_s, output));
+    QVERIFY2(doomed.hasBegun(), doomed.log().c_str());
+    BackgroundRun other({u"-i"_s, path(u"own.mp4"_s), path(u"whole.mkv"_s)});
+    QVERIFY2(other.hasBegun(), other.log().c_str());
+    QCOMPARE(doomed.cancel(), 255);
+    QVERIFY(!QFile::exists(output));
+    QCOMPARE(other.finish(), 0);
+    QVERIFY(other.positionSeconds() > 3.8);
+    QVERIFY(other.log().find("/live/") == std::string::npos);
+    QVERIFY(other.log().find("Cancelled") == std::string::npos);
+    QVERIFY(doomed.log().find("whole.mkv") == std::string::npos);
+}
+
+void TestRunnerNetwork::aWaitForAServerCanBeCancelled()
+{
+    const QString output = path(u"waited.part"_s);
+    BackgroundRun run(complete(u"-i /never -c copy -f mp4"_s, output));
+    const bool asked =
+        QTest::qWaitFor([this] { return m_site->requestCount(u"/never"_s) > 0; }, 60'000);
+    QCOMPARE(run.cancel(), 255);
+    QVERIFY(asked);
     QVERIFY(!QFile::exists(output));
 }
 
 void TestRunnerNetwork::readsNoLocalFileForAPlaylistOfTheNetwork()
 {
-    for (const char *list : {"/local/index.m3u8", "/local/live.m3u8"}) {
+    for (const QString &list : {u"/local/index.m3u8"_s, u"/local/live.m3u8"_s}) {
         const QString output = path(u"stolen.part"_s);
         const ToolAnswer answer =
-            runInProcess(complete(QByteArray("-i ") + list + " -t 1 -c copy -f mpegts", output));
-        QVERIFY2(answer.code > 0, list);
+            runInProcess(complete(u"-i "_s + list + u" -t 1 -c copy -f mpegts"_s, output));
+        QVERIFY2(answer.code > 0, qPrintable(list));
         QVERIFY(!QFile::exists(output));
     }
 }

@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <thread>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -35,18 +34,15 @@ private Q_SLOTS:
     void showsTurnedPicturesUpright();
     void followsASizeThatChangesInTheStream();
     void keepsTagsAndChapters();
-    void refusesWhatHasNoMovingPicture_data();
-    void refusesWhatHasNoMovingPicture();
-    void refusesToReplaceADamagedFile_data();
-    void refusesToReplaceADamagedFile();
-    void refusesSoundThatTheOutputCannotCarry();
+    void refusesWhatItCannotMakePlayable_data();
+    void refusesWhatItCannotMakePlayable();
     void worksAtALowerPriority();
 
 private:
     void makePictures();
     void makeBrokenFiles();
     [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
-    [[nodiscard]] QStringList command(const QString &name) const;
+    void make(const QString &command) const;
     [[nodiscard]] QString output() const { return path(u"out.mp4"_s); }
     /// Runs the command. @returns its log, or nothing when it has failed.
     [[nodiscard]] bool transcodes(const QString &name) const;
@@ -56,13 +52,7 @@ private:
 
 namespace {
 
-QStringList pictures(const QString &description)
-{
-    return {u"-f"_s, u"lavfi"_s, u"-i"_s, description};
-}
-
-const QStringList asVp9{u"-c:v"_s,     u"libvpx-vp9"_s, u"-deadline"_s,
-                        u"realtime"_s, u"-cpu-used"_s,  u"8"_s};
+const QString asVp9 = u"-c:v libvpx-vp9 -deadline realtime -cpu-used 8 "_s;
 
 QList<double> timesOf(const QString &path)
 {
@@ -77,9 +67,9 @@ QList<double> timesOf(const QString &path)
 // The mean colour of the first picture, as a player shows it.
 QByteArray colourOf(const QString &path)
 {
-    return runTool(u"ffmpeg"_s, {u"-v"_s, u"error"_s, u"-i"_s, path, u"-vf"_s,
-                                 u"scale=in_range=auto,format=rgb24,scale=1:1:flags=area"_s,
-                                 u"-frames:v"_s, u"1"_s, u"-f"_s, u"rawvideo"_s, u"-"_s})
+    return runTool(u"ffmpeg"_s, wordsOf("-v error -i") + QStringList{path} +
+                                    wordsOf("-vf scale=in_range=auto,format=rgb24,scale=1:1:flags="
+                                            "area -frames:v 1 -f rawvideo -"))
         .output;
 }
 
@@ -88,87 +78,77 @@ double topOverBottom(const QString &path)
 {
     const auto brightness = [&path](const QString &crop) {
         const ToolAnswer answer =
-            runTool(u"ffmpeg"_s, {u"-v"_s, u"error"_s, u"-i"_s, path, u"-vf"_s,
-                                  crop + u",scale=1:1"_s, u"-frames:v"_s, u"1"_s, u"-pix_fmt"_s,
-                                  u"gray"_s, u"-f"_s, u"rawvideo"_s, u"-"_s});
+            runTool(u"ffmpeg"_s, wordsOf("-v error -i") + QStringList{path, u"-vf"_s, crop} +
+                                     wordsOf("-frames:v 1 -pix_fmt gray -f rawvideo -"));
         return answer.output.isEmpty() ? 0. : static_cast<uchar>(answer.output.front());
     };
-    return brightness(u"crop=iw:ih/2:0:0"_s) - brightness(u"crop=iw:ih/2:0:ih/2"_s);
+    return brightness(u"crop=iw:ih/2:0:0,scale=1:1"_s) -
+           brightness(u"crop=iw:ih/2:0:ih/2,scale=1:1"_s);
 }
 
+}
+
+void TestRunnerTranscode::make(const QString &command) const
+{
+    QVERIFY(makeMedia(command, m_folder.path()));
 }
 
 void TestRunnerTranscode::initTestCase()
 {
     QVERIFY(m_folder.isValid());
     QVERIFY(writeFile(path(u"s.srt"_s), "1\n00:00:00,200 --> 00:00:00,600\nHello\n"));
-    const QStringList sound = pictures(u"sine=d=1.2"_s);
-    const QStringList clip = pictures(u"testsrc2=d=1.2:s=160x90:r=25"_s);
-    QVERIFY(
-        makeMedia(clip + sound + asVp9 + QStringList{u"-c:a"_s, u"libopus"_s, path(u"av.webm"_s)}));
-    QVERIFY(makeMedia({u"-i"_s, path(u"av.webm"_s), u"-i"_s, path(u"s.srt"_s), u"-map"_s, u"0"_s,
-                       u"-map"_s, u"1"_s, u"-map"_s, u"1"_s, u"-c"_s, u"copy"_s,
-                       u"-metadata:s:s:0"_s, u"language=eng"_s, u"-metadata:s:s:1"_s,
-                       u"language=deu"_s, path(u"texts.mkv"_s)}));
-    QVERIFY(makeMedia(sound + QStringList{path(u"a.m4a"_s), path(u"a.mp3"_s)}));
-    QVERIFY(makeMedia(clip + QStringList{u"-frames:v"_s, u"1"_s, path(u"cover.jpg"_s)}));
-    QVERIFY(makeMedia({u"-i"_s, path(u"a.mp3"_s), u"-i"_s, path(u"cover.jpg"_s), u"-map"_s, u"0"_s,
-                       u"-map"_s, u"1"_s, u"-c"_s, u"copy"_s, path(u"cover.mp3"_s)}));
-    QVERIFY(makeMedia({u"-i"_s, path(u"av.webm"_s), u"-c:v"_s, u"copy"_s, u"-c:a"_s, u"pcm_s16le"_s,
-                       path(u"pcm.mkv"_s)}));
+    const QString clip = u"-f lavfi -i testsrc2=d=1.2:s=160x90:r=25 "_s;
+    const QString sound = u"-f lavfi -i sine=d=1.2 "_s;
+    make(clip + sound + asVp9 + u"-c:a libopus av.webm"_s);
+    make(u"-i av.webm -i s.srt -map 0 -map 1 -map 1 -c copy -metadata:s:s:0 language=eng"
+         " -metadata:s:s:1 language=deu texts.mkv"_s);
+    make(sound + u"a.m4a a.mp3"_s);
+    make(clip + u"-frames:v 1 cover.jpg"_s);
+    make(u"-i a.mp3 -i cover.jpg -map 0 -map 1 -c copy cover.mp3"_s);
+    make(u"-i av.webm -c:v copy -c:a pcm_s16le pcm.mkv"_s);
     makePictures();
     makeBrokenFiles();
 }
 
 void TestRunnerTranscode::makePictures()
 {
-    const auto make = [this](const QString &description, const QStringList &how,
-                             const QString &name) {
-        return makeMedia(pictures(description) + how + QStringList{path(name)});
-    };
-    QVERIFY(make(u"testsrc2=d=0.4:s=161x91,format=yuv444p"_s, asVp9, u"odd444.webm"_s));
-    QVERIFY(make(u"testsrc2=d=0.4:s=160x91,format=yuv420p"_s, asVp9, u"oddheight.webm"_s));
-    const QStringList ffv1{u"-c:v"_s, u"ffv1"_s};
-    QVERIFY(make(u"testsrc2=d=0.4:s=160x90,format=gbrp"_s, ffv1, u"rgb.mkv"_s));
-    QVERIFY(make(u"testsrc2=d=0.4:s=160x90,format=yuv422p10le"_s, ffv1, u"ten.mkv"_s));
-    QVERIFY(make(u"testsrc2=d=0.4:s=160x90,format=gray"_s, ffv1, u"grey.mkv"_s));
-    QVERIFY(make(u"testsrc2=d=0.4:s=160x90,format=yuv420p10le"_s,
-                 ffv1 + QStringList{u"-color_primaries"_s, u"bt2020"_s, u"-color_trc"_s,
-                                    u"smpte2084"_s, u"-colorspace"_s, u"bt2020nc"_s},
-                 u"hdr.mkv"_s));
-    const QStringList range{u"-color_range"_s, u"pc"_s};
-    QVERIFY(make(u"color=0x201008:d=0.4:s=160x90,scale=out_range=full,format=yuv420p"_s,
-                 range + asVp9, u"full.webm"_s));
-    QVERIFY(make(u"color=0x201008:d=0.4:s=160x90,scale=out_range=full,format=yuv444p10le"_s,
-                 range + asVp9, u"full10.webm"_s));
-    QVERIFY(make(u"color=0x201008:d=0.4:s=160x90,scale=out_range=full,format=yuvj420p"_s,
-                 {u"-c:v"_s, u"mjpeg"_s, u"-q:v"_s, u"2"_s}, u"fullj.mkv"_s));
-    QVERIFY(make(u"color=0x201008:d=0.4:s=160x90,format=gbrp"_s, ffv1, u"darkrgb.mkv"_s));
-    QVERIFY(make(u"color=0x201008:d=0.4:s=160x90,format=yuv420p"_s, asVp9, u"dark.webm"_s));
+    const QString source = u"-f lavfi -i "_s;
+    make(source + u"testsrc2=d=0.4:s=161x91,format=yuv444p "_s + asVp9 + u"odd444.webm"_s);
+    make(source + u"testsrc2=d=0.4:s=160x91,format=yuv420p "_s + asVp9 + u"oddheight.webm"_s);
+    const QString small = source + u"testsrc2=d=0.4:s=160x90,format="_s;
+    make(small + u"gbrp -c:v ffv1 rgb.mkv"_s);
+    make(small + u"yuv422p10le -c:v ffv1 ten.mkv"_s);
+    make(small + u"gray -c:v ffv1 grey.mkv"_s);
+    make(small + u"yuv420p10le -c:v ffv1 -color_primaries bt2020 -color_trc smpte2084"
+                 " -colorspace bt2020nc hdr.mkv"_s);
+    const QString dark = source + u"color=0x201008:d=0.4:s=160x90,"_s;
+    const QString full = dark + u"scale=out_range=full,format="_s;
+    make(full + u"yuv420p -color_range pc "_s + asVp9 + u"full.webm"_s);
+    make(full + u"yuv444p10le -color_range pc "_s + asVp9 + u"full10.webm"_s);
+    make(full + u"yuvj420p -c:v mjpeg -q:v 2 fullj.mkv"_s);
+    make(dark + u"format=gbrp -c:v ffv1 darkrgb.mkv"_s);
+    make(dark + u"format=yuv420p "_s + asVp9 + u"dark.webm"_s);
     // Neither of these says when its pictures, which come in another order, are shown.
-    QVERIFY(make(u"testsrc2=d=0.4:s=160x90:r=25"_s, {u"-c:v"_s, u"mpeg4"_s, u"-bf"_s, u"2"_s},
-                 u"untimed.avi"_s));
-    QVERIFY(make(u"testsrc2=d=0.4:s=160x90:r=25"_s, {u"-c:v"_s, u"libx264"_s, u"-bf"_s, u"2"_s},
-                 u"untimed.h264"_s));
-    QVERIFY(make(u"testsrc2=d=0.4:s=160x90:r=50,interlace"_s,
-                 {u"-c:v"_s, u"mpeg2video"_s, u"-flags"_s, u"+ildct+ilme"_s}, u"fields.ts"_s));
+    make(source + u"testsrc2=d=0.4:s=160x90:r=25 -c:v mpeg4 -bf 2 untimed.avi"_s);
+    make(source + u"testsrc2=d=0.4:s=160x90:r=25 -c:v libx264 -bf 2 untimed.h264"_s);
+    make(source + u"testsrc2=d=0.4:s=160x90:r=50,interlace -c:v mpeg2video -flags +ildct+ilme"
+                  " fields.ts"_s);
     // White over black; turned by a quarter the white comes to one side.
-    QVERIFY(make(u"color=white:d=0.4:s=160x90,pad=160:180:0:0:black"_s, asVp9, u"halves.mp4"_s));
+    make(source + u"color=white:d=0.4:s=160x90,pad=160:180:0:0:black "_s + asVp9 + u"halves.mp4"_s);
     for (const QString &angle : {u"90"_s, u"180"_s}) {
-        QVERIFY(makeMedia({u"-i"_s, path(u"halves.mp4"_s), u"-c"_s, u"copy"_s, u"-metadata:s:v"_s,
-                           u"rotate="_s + angle, path(u"turned"_s + angle + u".mp4"_s)}));
+        make(u"-i halves.mp4 -c copy -metadata:s:v rotate=%1 turned%1.mp4"_s.arg(angle));
     }
     // Frames come every 40 ms, then one is missing, then there is nothing for an hour.
-    QVERIFY(make(u"testsrc2=d=1.2:s=160x90:r=25,select=not(eq(n\\,7)+eq(n\\,8))"_s,
-                 QStringList{u"-vsync"_s, u"vfr"_s} + asVp9, u"uneven.webm"_s));
-    QVERIFY(make(u"testsrc2=d=1.2:s=160x90:r=25,setpts=PTS+if(gte(N\\,20)\\,3600/TB\\,0)"_s,
-                 QStringList{u"-vsync"_s, u"vfr"_s} + asVp9, u"gap.webm"_s));
-    QVERIFY(make(u"testsrc2=d=0.4:s=160x90:r=25"_s, asVp9, u"first.webm"_s));
-    QVERIFY(make(u"testsrc2=d=0.4:s=120x120:r=25"_s, asVp9, u"second.webm"_s));
+    make(source + u"testsrc2=d=1.2:s=160x90:r=25,select=not(eq(n\\,7)+eq(n\\,8)) -vsync vfr "_s +
+         asVp9 + u"uneven.webm"_s);
+    make(source +
+         u"testsrc2=d=1.2:s=160x90:r=25,setpts=PTS+if(gte(N\\,20)\\,3600/TB\\,0) -vsync vfr "_s +
+         asVp9 + u"gap.webm"_s);
+    make(source + u"testsrc2=d=0.4:s=160x90:r=25 "_s + asVp9 + u"first.webm"_s);
+    make(source + u"testsrc2=d=0.4:s=120x120:r=25 "_s + asVp9 + u"second.webm"_s);
     QVERIFY(writeFile(path(u"sizes.ffconcat"_s),
                       "ffconcat version 1.0\nfile first.webm\nfile second.webm\n"));
-    QVERIFY(makeMedia({u"-f"_s, u"concat"_s, u"-i"_s, path(u"sizes.ffconcat"_s), u"-c"_s, u"copy"_s,
-                       path(u"sizes.webm"_s)}));
+    make(u"-f concat -i sizes.ffconcat -c copy sizes.webm"_s);
 }
 
 void TestRunnerTranscode::makeBrokenFiles()
@@ -191,17 +171,9 @@ void TestRunnerTranscode::makeBrokenFiles()
     QVERIFY(writeFile(path(u"empty.webm"_s), {}));
 }
 
-QStringList TestRunnerTranscode::command(const QString &name) const
-{
-    return wordsOf("-y -hide_banner -i") + QStringList{path(name)} +
-           wordsOf("-c:v h264_videotoolbox -b:v 4M -allow_sw 1 -pix_fmt yuv420p -c:a copy "
-                   "-movflags +faststart") +
-           QStringList{output()};
-}
-
 bool TestRunnerTranscode::transcodes(const QString &name) const
 {
-    const ToolAnswer answer = runInProcess(command(name));
+    const ToolAnswer answer = runInProcess(playbackCommand(path(name), output()));
     return QTest::qVerify(answer.code == 0, "the transcode succeeds", answer.log.constData(),
                           __FILE__, __LINE__);
 }
@@ -211,11 +183,10 @@ void TestRunnerTranscode::givesH264AndLeavesTheSoundAsItWas()
     QVERIFY(transcodes(u"av.webm"_s));
     QCOMPARE(streamFacts(output(), u"codec_name,width,height,pix_fmt"_s),
              (QStringList{u"h264,160,90,yuv420p"_s, u"opus"_s}));
-    const QString copied = path(u"copied.mp4"_s);
-    QVERIFY(makeMedia({u"-i"_s, path(u"av.webm"_s), u"-vn"_s, u"-c"_s, u"copy"_s, copied}));
+    make(u"-i av.webm -vn -c copy copied.mp4"_s);
     const QStringList packets = packetsOf(output(), u"a:0"_s);
     QVERIFY(packets.size() > 50);
-    QCOMPARE(packets, packetsOf(copied, u"a:0"_s));
+    QCOMPARE(packets, packetsOf(path(u"copied.mp4"_s), u"a:0"_s));
     // The index stands in front, so that playing can begin before the file is whole.
     const QByteArray file = contentOf(output());
     QVERIFY(file.indexOf("moov") > 0 && file.indexOf("moov") < file.indexOf("mdat"));
@@ -246,11 +217,11 @@ void TestRunnerTranscode::keepsSubtitlesThatTheOutputCanCarry()
     QVERIFY(transcodes(u"texts.mkv"_s));
     QCOMPARE(streamFacts(output(), u"codec_name:stream_tags=language"_s),
              (QStringList{u"h264,und"_s, u"opus,und"_s, u"mov_text,eng"_s, u"mov_text,deu"_s}));
-    const QString text = path(u"back.srt"_s);
-    QVERIFY(makeMedia({u"-i"_s, output(), u"-map"_s, u"0:s:1"_s, text}));
+    make(u"-i out.mp4 -map 0:s:1 back.srt"_s);
+    const QByteArray text = contentOf(path(u"back.srt"_s));
     // The sound begins a little before zero, so everything is shown that much later.
     const QRegularExpression kept(u"00:00:00,2.. --> 00:00:00,6..\\nHello"_s);
-    QVERIFY2(kept.match(QString::fromUtf8(contentOf(text))).hasMatch(), contentOf(text));
+    QVERIFY2(kept.match(QString::fromUtf8(text)).hasMatch(), text.constData());
     // A file that has been made playable keeps them when it is made playable again.
     const QString again = path(u"again.mp4"_s);
     QFile::remove(again);
@@ -263,24 +234,23 @@ void TestRunnerTranscode::keepsSubtitlesThatTheOutputCanCarry()
 void TestRunnerTranscode::fitsUnusualPictures_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("odd and 4:4:4") << u"odd444.webm"_s << u"h264,160,90,yuv420p"_s;
-    QTest::newRow("odd height") << u"oddheight.webm"_s << u"h264,160,90,yuv420p"_s;
-    QTest::newRow("RGB") << u"rgb.mkv"_s << u"h264,160,90,yuv420p"_s;
-    QTest::newRow("10 bits") << u"ten.mkv"_s << u"h264,160,90,yuv420p"_s;
-    QTest::newRow("10 bits, 4:4:4, full range") << u"full10.webm"_s << u"h264,160,90,yuv420p"_s;
-    QTest::newRow("no times of showing") << u"untimed.avi"_s << u"h264,160,90,yuv420p"_s;
-    QTest::newRow("no times at all") << u"untimed.h264"_s << u"h264,160,90,yuv420p"_s;
-    QTest::newRow("fields") << u"fields.ts"_s << u"h264,160,90,yuv420p"_s;
-    QTest::newRow("grey") << u"grey.mkv"_s << u"h264,160,90,yuv420p"_s;
+    row("odd and 4:4:4", "odd444.webm");
+    row("odd height", "oddheight.webm");
+    row("RGB", "rgb.mkv");
+    row("10 bits", "ten.mkv");
+    row("10 bits, 4:4:4, full range", "full10.webm");
+    row("no times of showing", "untimed.avi");
+    row("no times at all", "untimed.h264");
+    row("fields", "fields.ts");
+    row("grey", "grey.mkv");
 }
 
 void TestRunnerTranscode::fitsUnusualPictures()
 {
     QFETCH(const QString, name);
-    QFETCH(const QString, expected);
     QVERIFY(transcodes(name));
-    QCOMPARE(streamFacts(output(), u"codec_name,width,height,pix_fmt"_s), QStringList{expected});
+    QCOMPARE(streamFacts(output(), u"codec_name,width,height,pix_fmt"_s),
+             QStringList{u"h264,160,90,yuv420p"_s});
     QCOMPARE(timesOf(output()).size(), 10);
 }
 
@@ -294,11 +264,11 @@ void TestRunnerTranscode::keepsTheColoursOfHighDynamicRange()
 void TestRunnerTranscode::looksLikeItsSource_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("full range") << u"full.webm"_s;
-    QTest::newRow("full range by the format's name") << u"fullj.mkv"_s;
-    QTest::newRow("full range, 10 bits") << u"full10.webm"_s;
-    QTest::newRow("RGB") << u"darkrgb.mkv"_s;
-    QTest::newRow("usual range") << u"dark.webm"_s;
+    row("full range", "full.webm");
+    row("full range by the format's name", "fullj.mkv");
+    row("full range, 10 bits", "full10.webm");
+    row("RGB", "darkrgb.mkv");
+    row("usual range", "dark.webm");
 }
 
 void TestRunnerTranscode::looksLikeItsSource()
@@ -329,10 +299,7 @@ void TestRunnerTranscode::showsTurnedPicturesUpright()
     QVERIFY(transcodes(u"turned180.mp4"_s));
     QVERIFY(topOverBottom(output()) < -100);
     // The picture itself is turned, and nobody is asked to do it again.
-    const ToolAnswer stored =
-        runTool(u"ffmpeg"_s, {u"-v"_s, u"error"_s, u"-y"_s, u"-noautorotate"_s, u"-i"_s, output(),
-                              u"-c:v"_s, u"ffv1"_s, path(u"stored.mkv"_s)});
-    QCOMPARE(stored.code, 0);
+    make(u"-noautorotate -i out.mp4 -c:v ffv1 stored.mkv"_s);
     QVERIFY(topOverBottom(path(u"stored.mkv"_s)) < -100);
 }
 
@@ -348,69 +315,47 @@ void TestRunnerTranscode::keepsTagsAndChapters()
     QVERIFY(writeFile(path(u"tags.meta"_s),
                       ";FFMETADATA1\ntitle=A title\n[CHAPTER]\nTIMEBASE=1/1000\nSTART=0\n"
                       "END=500\ntitle=one\n"));
-    QVERIFY(makeMedia({u"-i"_s, path(u"av.webm"_s), u"-i"_s, path(u"tags.meta"_s),
-                       u"-map_metadata"_s, u"1"_s, u"-c"_s, u"copy"_s, path(u"tags.webm"_s)}));
+    make(u"-i av.webm -i tags.meta -map_metadata 1 -c copy tags.webm"_s);
     QVERIFY(transcodes(u"tags.webm"_s));
     const ToolAnswer facts =
-        runTool(u"ffprobe"_s, {u"-v"_s, u"error"_s, u"-show_chapters"_s, u"-show_entries"_s,
-                               u"format_tags=title:chapter=end_time:chapter_tags=title"_s, u"-of"_s,
-                               u"csv=p=0"_s, output()});
+        runTool(u"ffprobe"_s, wordsOf("-v error -show_chapters -of csv=p=0 -show_entries "
+                                      "format_tags=title:chapter=end_time:chapter_tags=title") +
+                                  QStringList{output()});
     QCOMPARE(facts.output.trimmed().split('\n'), (QByteArrayList{"0.500000,one", "A title"}));
 }
 
-void TestRunnerTranscode::refusesWhatHasNoMovingPicture_data()
+void TestRunnerTranscode::refusesWhatItCannotMakePlayable_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("sound") << u"a.m4a"_s;
-    QTest::newRow("sound with a cover") << u"cover.mp3"_s;
-    QTest::newRow("text") << u"s.srt"_s;
+    QTest::addColumn<QString>("reason"); // where it is ours to word
+    const QString noVideo = u"There is no video to convert in "_s + m_folder.path() + u'/';
+    row("sound", "a.m4a", noVideo + u"a.m4a"_s);
+    row("sound with a cover", "cover.mp3", noVideo + u"cover.mp3"_s);
+    row("text", "s.srt", noVideo + u"s.srt"_s);
+    row("sound that the output cannot carry", "pcm.mkv",
+        "Could not write header for output file #0 (incorrect codec parameters ?): "
+        "Invalid argument");
+    row("nothing in it", "empty.webm", "");
+    row("cut off", "half.webm", "");
+    row("noise after the header", "noise.webm", "");
+    row("some pictures damaged", "flipped.webm", "");
 }
 
-void TestRunnerTranscode::refusesWhatHasNoMovingPicture()
+void TestRunnerTranscode::refusesWhatItCannotMakePlayable()
 {
     QFETCH(const QString, name);
+    QFETCH(const QString, reason);
     QFile::remove(output());
-    const ToolAnswer answer = runInProcess(command(name));
-    QCOMPARE(answer.code, 1);
-    QCOMPARE(lastLineOf(answer.log), "There is no video to convert in " + path(name).toUtf8());
-    QVERIFY(!QFile::exists(output()));
-}
-
-void TestRunnerTranscode::refusesToReplaceADamagedFile_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("nothing in it") << u"empty.webm"_s;
-    QTest::newRow("cut off") << u"half.webm"_s;
-    QTest::newRow("noise after the header") << u"noise.webm"_s;
-    QTest::newRow("some pictures damaged") << u"flipped.webm"_s;
-}
-
-void TestRunnerTranscode::refusesToReplaceADamagedFile()
-{
-    QFETCH(const QString, name);
-    QFile::remove(output());
-    const ToolAnswer answer = runInProcess(command(name));
+    const ToolAnswer answer = runInProcess(playbackCommand(path(name), output()));
     QVERIFY2(answer.code != 0, answer.log.constData());
-    QVERIFY(!QFile::exists(output()));
-}
-
-void TestRunnerTranscode::refusesSoundThatTheOutputCannotCarry()
-{
-    QFile::remove(output());
-    const ToolAnswer answer = runInProcess(command(u"pcm.mkv"_s));
-    QCOMPARE(answer.code, 1);
-    QCOMPARE(lastLineOf(answer.log), "Could not write header for output file #0 (incorrect codec "
-                                     "parameters ?): Invalid argument");
+    QVERIFY2(lastLineOf(answer.log).contains(reason.toUtf8()), answer.log.constData());
     QVERIFY(!QFile::exists(output()));
 }
 
 void TestRunnerTranscode::worksAtALowerPriority()
 {
-    QVERIFY(makeMedia(pictures(u"testsrc2=d=20:s=640x360:r=25"_s) + asVp9 +
-                      QStringList{path(u"long.webm"_s)}));
-    const auto session = mediaTools().makeSession();
-    int code = -1;
-    std::thread runner([&] { code = session->run(argumentsOf(command(u"long.webm"_s))); });
+    make(u"-f lavfi -i testsrc2=d=20:s=640x360:r=25 "_s + asVp9 + u"long.webm"_s);
+    BackgroundRun run(playbackCommand(path(u"long.webm"_s), output()));
     const auto niceness = [](const QString &thread) {
         const QByteArray stat = contentOf(u"/proc/self/task/"_s + thread + u"/stat"_s);
         // The fields are counted from after the name, which may hold anything.
@@ -427,10 +372,8 @@ void TestRunnerTranscode::worksAtALowerPriority()
     };
     // The runner's own threads, and at least one of the encoder's.
     const bool wereNice = QTest::qWaitFor([&] { return niceThreads() >= 4; }, 30'000);
-    session->cancel();
-    runner.join();
+    QCOMPARE(run.cancel(), 255);
     QVERIFY(wereNice);
-    QCOMPARE(code, 255);
     QCOMPARE(niceness(QString::number(getpid())), own);
     QVERIFY(!QFile::exists(output()));
 }

@@ -4,9 +4,8 @@
 #include "platform/ffmpeg/locale_scope.h"
 #include "platform/ffmpeg/safe_input.h"
 #include "platform/ffmpeg/session_log.h"
-#include "tests/platform/ffmpeg/stock_tool.h"
+#include "tests/platform/ffmpeg/runner_support.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -240,9 +239,7 @@ void TestSafeInput::takesOptionsAndLeavesWhatNobodyKnows()
 
 void TestSafeInput::decodesNoPictureBeyondTheLimit()
 {
-    QFile picture(QString::fromStdString(path("picture.png")));
-    QVERIFY(picture.open(QIODevice::ReadOnly));
-    QByteArray content = picture.readAll();
+    QByteArray content = contentOf(m_folder.filePath(u"picture.png"_s));
     // The width and height of a PNG stand at 16, with the highest byte first: 8193 by 8192.
     content.replace(16, 8, QByteArray::fromHex("0000200100002000"));
     QVERIFY(writeFile(QString::fromStdString(path("huge.png")), content));
@@ -259,9 +256,7 @@ void TestSafeInput::decodesNoPictureBeyondTheLimit()
 void TestSafeInput::decodesNoPictureBeyondTheLimitOfAStreamThatAppearsLate()
 {
     QVERIFY(makeMedia(u"-i target.ts -c copy late.mpg"_s, m_folder.path()));
-    QFile file(QString::fromStdString(path("late.mpg")));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QByteArray content = file.readAll();
+    QByteArray content = contentOf(m_folder.filePath(u"late.mpg"_s));
     // A sequence tells the lower twelve bits of its width and height, its extension two more of
     // each: 12287 by 12287.
     const qsizetype sequence = content.indexOf(QByteArray::fromHex("000001b3"));

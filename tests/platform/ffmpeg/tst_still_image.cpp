@@ -141,20 +141,17 @@ void TestStillImage::hasSquarePixelsAndFitsWithoutBeingEnlarged_data()
     QTest::addColumn<QString>("picture");
     QTest::addColumn<int>("limit");
     QTest::addColumn<QSize>("size");
-    const auto row = [](const char *why, const char *picture, int limit, QSize size) {
-        QTest::newRow(why) << QString::fromLatin1(picture) << limit << size;
-    };
-    row("small", "s=64x48", 800, {64, 48});
-    row("odd", "s=33x17,format=gbrp", 800, {33, 17});
-    row("wide", "s=1920x1080", 800, {800, 450});
-    row("tall", "s=1080x1920", 800, {450, 800});
-    row("a strip", "s=4096x16", 800, {800, 3});
-    row("wide pixels", "s=320x240,setsar=2", 800, {640, 240});
-    row("wide pixels beyond the limit", "s=720x576,setsar=64/45", 800, {800, 450});
-    row("tall pixels", "s=640x240,setsar=1/2", 800, {320, 240});
-    row("pixels of no sense", "s=320x240,setsar=1/300", 800, {320, 240});
-    row("a limit of its own", "s=320x240", 100, {100, 75});
-    row("a single pixel", "s=320x240", 1, {1, 1});
+    row("small", "s=64x48", 800, QSize(64, 48));
+    row("odd", "s=33x17,format=gbrp", 800, QSize(33, 17));
+    row("wide", "s=1920x1080", 800, QSize(800, 450));
+    row("tall", "s=1080x1920", 800, QSize(450, 800));
+    row("a strip", "s=4096x16", 800, QSize(800, 3));
+    row("wide pixels", "s=320x240,setsar=2", 800, QSize(640, 240));
+    row("wide pixels beyond the limit", "s=720x576,setsar=64/45", 800, QSize(800, 450));
+    row("tall pixels", "s=640x240,setsar=1/2", 800, QSize(320, 240));
+    row("pixels of no sense", "s=320x240,setsar=1/300", 800, QSize(320, 240));
+    row("a limit of its own", "s=320x240", 100, QSize(100, 75));
+    row("a single pixel", "s=320x240", 1, QSize(1, 1));
 }
 
 void TestStillImage::hasSquarePixelsAndFitsWithoutBeingEnlarged()
@@ -172,22 +169,22 @@ void TestStillImage::standsUpright_data()
     QTest::addColumn<QByteArray>("transform");
     QTest::addColumn<QSize>("size");
     QTest::addColumn<QList<QRgb>>("corners"); // from the left above, with the clock
-    const auto row = [](const char *why, const QByteArray &transform, QSize size,
-                        QList<QRgb> corners) {
-        QTest::newRow(why) << transform << size << std::move(corners);
-    };
     constexpr QSize wide(320, 180);
     constexpr QSize tall(180, 320);
     // Stored: red, green above; blue, white below.
-    row("as it is", matrix(1, 0, 0, 1), wide, {red, green, white, blue});
-    row("a quarter with the clock", matrix(0, 1, -1, 0), tall, {blue, red, green, white});
-    row("half", matrix(-1, 0, 0, -1), wide, {white, blue, red, green});
-    row("a quarter against the clock", matrix(0, -1, 1, 0), tall, {green, white, blue, red});
-    row("mirrored across", matrix(-1, 0, 0, 1), wide, {green, red, blue, white});
-    row("mirrored down", matrix(1, 0, 0, -1), wide, {blue, white, green, red});
-    row("mirrored on the falling diagonal", matrix(0, 1, 1, 0), tall, {red, blue, white, green});
-    row("mirrored on the rising diagonal", matrix(0, -1, -1, 0), tall, {white, green, red, blue});
-    row("nothing at all", matrix(0, 0, 0, 0), wide, {red, green, white, blue});
+    row("as it is", matrix(1, 0, 0, 1), wide, QList<QRgb>{red, green, white, blue});
+    row("a quarter with the clock", matrix(0, 1, -1, 0), tall,
+        QList<QRgb>{blue, red, green, white});
+    row("half", matrix(-1, 0, 0, -1), wide, QList<QRgb>{white, blue, red, green});
+    row("a quarter against the clock", matrix(0, -1, 1, 0), tall,
+        QList<QRgb>{green, white, blue, red});
+    row("mirrored across", matrix(-1, 0, 0, 1), wide, QList<QRgb>{green, red, blue, white});
+    row("mirrored down", matrix(1, 0, 0, -1), wide, QList<QRgb>{blue, white, green, red});
+    row("mirrored on the falling diagonal", matrix(0, 1, 1, 0), tall,
+        QList<QRgb>{red, blue, white, green});
+    row("mirrored on the rising diagonal", matrix(0, -1, -1, 0), tall,
+        QList<QRgb>{white, green, red, blue});
+    row("nothing at all", matrix(0, 0, 0, 0), wide, QList<QRgb>{red, green, white, blue});
 }
 
 void TestStillImage::standsUpright()
@@ -221,9 +218,6 @@ void TestStillImage::keepsColours_data()
 {
     QTest::addColumn<QString>("options");
     QTest::addColumn<QString>("file");
-    const auto row = [](const char *why, const char *options, const char *file) {
-        QTest::newRow(why) << QString::fromLatin1(options) << QString::fromLatin1(file);
-    };
     row("the usual", "-vf scale=out_color_matrix=bt601,format=yuv420p -c:v libx264 -crf 5 ",
         "c.mp4");
     row("high definition's matrix",
