@@ -1,31 +1,18 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What becomes of a link before it is in the queue, with the real engine on the test site.
-#include "engine/bridge/python.h"
-#include "engine/runtime/python_executor.h"
 #include "tests/coordination/coordinator_bench.h"
+#include "tests/engine/service/broken_engine.h"
+#include "tests/rows.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace veltro;
+using test::row;
 
 using Record = MacAppStore::Record;
-
-namespace {
-
-void runPython(const char *source)
-{
-    PythonExecutor::primary().queue().sync([source] {
-        PythonExecutor::runThrowing([source] {
-            const PythonObject scope = Python().attr("dict")();
-            Python().attr("exec").throwing().call({source, scope});
-        });
-    });
-}
-
-}
 
 class TestCoordinatorLinks : public QObject {
     Q_OBJECT
@@ -42,10 +29,8 @@ private Q_SLOTS:
     void aTierIsQueuedUnderItsSelector();
     void aPickedPictureIsPairedWithSound();
     void aBatchQueuesItsLinksWithAPauseBetween();
-    void anEmptyBatchDoesNothing();
     void theCookieFileOfTheHostIsUsed();
     void cookiesThatCannotBeLookedUpStopALinkButNoRun();
-    void propertiesTellOfChangesAlone();
     void aLinkThatIsProbedOutlivesTheCoordinator();
 
 private:
@@ -68,16 +53,7 @@ void TestCoordinatorLinks::cleanup()
 
 void TestCoordinatorLinks::anEngineThatCannotStartIsToldAndMayStartLater()
 {
-    PythonExecutor::primary().queue().sync([] {
-        PythonExecutor::prepareEnvironment();
-        PythonExecutor::releaseStartupThreadState();
-    });
-    runPython("import sys, types\n"
-              "broken = types.ModuleType('python_init')\n"
-              "def apply_after_import():\n"
-              "    raise RuntimeError('names have moved')\n"
-              "broken.apply_after_import = apply_after_import\n"
-              "sys.modules['python_init'] = broken\n");
+    std::optional<BrokenEngine> broken(std::in_place);
     m_bench->store().beginEngine();
     TRY(m_bench->store().showEngineError());
     const QString text = m_bench->store().engineErrorText();
@@ -85,7 +61,7 @@ void TestCoordinatorLinks::anEngineThatCannotStartIsToldAndMayStartLater()
     QVERIFY2(text.endsWith(QStringLiteral("names have moved")), qPrintable(text));
     QVERIFY(!m_bench->store().engineReady());
 
-    runPython("import sys; del sys.modules['python_init']");
+    broken.reset();
     const QSignalSpy ready(&m_bench->store(), &MacAppStore::engineReadyChanged);
     m_bench->store().beginEngine();
     m_bench->store().beginEngine();
@@ -110,9 +86,9 @@ void TestCoordinatorLinks::aPageThatCannotBeProbedAlertsAndQueuesNothing_data()
 {
     QTest::addColumn<QString>("page");
     QTest::addColumn<QString>("words");
-    QTest::newRow("not there") << QStringLiteral("/status/404") << QStringLiteral("404");
-    QTest::newRow("no media") << QStringLiteral("/no-media") << QStringLiteral("subscription");
-    QTest::newRow("protected") << QStringLiteral("/drm/hls") << QStringLiteral("DRM");
+    row("not there", "/status/404", "404");
+    row("no media", "/no-media", "subscription");
+    row("protected", "/drm/hls", "DRM");
 }
 
 void TestCoordinatorLinks::aPageThatCannotBeProbedAlertsAndQueuesNothing()
@@ -168,10 +144,9 @@ void TestCoordinatorLinks::aTierIsQueuedUnderItsSelector_data()
 {
     QTest::addColumn<QString>("selector");
     QTest::addColumn<bool>("isAudioOnly");
-    QTest::newRow("sound") << QStringLiteral("bestaudio[ext=m4a]/bestaudio") << true;
-    QTest::newRow("picture") << QStringLiteral("bestvideo[height<=720]+bestaudio/best[height<=720]")
-                             << false;
-    QTest::newRow("best") << QStringLiteral("best") << false;
+    row("sound", "bestaudio[ext=m4a]/bestaudio", true);
+    row("picture", "bestvideo[height<=720]+bestaudio/best[height<=720]", false);
+    row("best", "best", false);
 }
 
 void TestCoordinatorLinks::aTierIsQueuedUnderItsSelector()
@@ -230,14 +205,6 @@ void TestCoordinatorLinks::aBatchQueuesItsLinksWithAPauseBetween()
     }
 }
 
-void TestCoordinatorLinks::anEmptyBatchDoesNothing()
-{
-    m_bench->store().submitBatch(QStringLiteral(" \n no links here, mailto:a@b \n"));
-    QCoreApplication::processEvents();
-    QCOMPARE(m_bench->downloads().count(), 0);
-    QVERIFY(!m_bench->store().showEngineError());
-}
-
 void TestCoordinatorLinks::theCookieFileOfTheHostIsUsed()
 {
     const QUrl page = m_bench->site.url(QStringLiteral("/cookies"));
@@ -281,27 +248,6 @@ void TestCoordinatorLinks::cookiesThatCannotBeLookedUpStopALinkButNoRun()
     TRY(m_bench->store().inFlightTask()->isFinished());
     QCOMPARE(m_bench->downloads().doneCount(), 1);
     QVERIFY(!m_bench->store().showEngineError());
-}
-
-void TestCoordinatorLinks::propertiesTellOfChangesAlone()
-{
-    MacAppStore &store = m_bench->store();
-    QCOMPARE(store.selectedTab(), MacTab::home);
-    const QSignalSpy tabs(&store, &MacAppStore::selectedTabChanged);
-    const QSignalSpy toasts(&store, &MacAppStore::completedToastChanged);
-    const QSignalSpy preferences(&store, &MacAppStore::preferencesChanged);
-    const CompletedToast toast{QUuid::createUuid(), QStringLiteral("A film"), {}};
-    for (int repeat = 0; repeat < 2; ++repeat) {
-        store.setSelectedTab(MacTab::library);
-        store.setCompletedToast(toast);
-        store.setPreferences(Preferences());
-    }
-    QCOMPARE(tabs.count(), 1);
-    QCOMPARE(toasts.count(), 1);
-    QCOMPARE(preferences.count(), 0);
-    store.clearCompletedToast();
-    QVERIFY(!store.hasCompletedToast());
-    QCOMPARE(toasts.count(), 2);
 }
 
 void TestCoordinatorLinks::aLinkThatIsProbedOutlivesTheCoordinator()

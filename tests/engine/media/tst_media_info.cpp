@@ -3,6 +3,7 @@
 #include "engine/bridge/python.h"
 #include "engine/media/media_info.h"
 #include "engine/runtime/python_executor.h"
+#include "tests/rows.h"
 
 #include <QTest>
 #include <QUuid>
@@ -10,6 +11,7 @@
 #include <stdexcept>
 
 using namespace veltro;
+using test::row;
 
 namespace {
 
@@ -179,35 +181,31 @@ void TestMediaInfo::aFormatFillsInWhatItCan()
 
 void TestMediaInfo::aFormatsLabelTellsWhatMatters_data()
 {
-    QTest::addColumn<QByteArray>("source");
+    QTest::addColumn<QString>("source");
     QTest::addColumn<QString>("label");
-    const auto row = [](const char *why, const char *source, const QString &label) {
-        QTest::newRow(why) << QByteArray(source) << label;
-    };
     row("everything",
         "{'format_id':'1','ext':'mp4','resolution':'1920x1080','fps':60,'vcodec':None,'filesize':"
         "1200000000}",
-        QStringLiteral("1920x1080 • 60fps • mp4 • 1.2 GB"));
+        "1920x1080 • 60fps • mp4 • 1.2 GB");
     row("an ordinary frame rate is not told",
-        "{'format_id':'1','ext':'mp4','resolution':'360p','fps':30.0,'vcodec':None}",
-        QStringLiteral("360p • mp4"));
+        "{'format_id':'1','ext':'mp4','resolution':'360p','fps':30.0,'vcodec':None}", "360p • mp4");
     row("frame rates are cut",
         "{'format_id':'1','ext':'mp4','resolution':'360p','fps':59.94,'vcodec':None}",
-        QStringLiteral("360p • 59fps • mp4"));
+        "360p • 59fps • mp4");
     row("an endless frame rate is left out",
         "{'format_id':'1','ext':'mp4','resolution':'360p','fps':float('inf'),'vcodec':None}",
-        QStringLiteral("360p • mp4"));
+        "360p • mp4");
     row("sound", "{'format_id':'1','ext':'m4a','vcodec':'none','acodec':'mp4a','tbr':129.9}",
-        QStringLiteral("Audio • m4a 129 kbps"));
+        "Audio • m4a 129 kbps");
     row("sound of an unknown rate", "{'format_id':'1','ext':'m4a','vcodec':'none','acodec':'mp4a'}",
-        QStringLiteral("Audio • m4a "));
+        "Audio • m4a ");
 }
 
 void TestMediaInfo::aFormatsLabelTellsWhatMatters()
 {
-    QFETCH(QByteArray, source);
+    QFETCH(QString, source);
     QFETCH(QString, label);
-    QCOMPARE(parsed<Format>(source.constData()).label(), label);
+    QCOMPARE(parsed<Format>(qUtf8Printable(source)).label(), label);
 }
 
 QTEST_GUILESS_MAIN(TestMediaInfo)

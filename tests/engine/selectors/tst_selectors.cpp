@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/selectors/format_selector.h"
 #include "engine/selectors/quality_tier.h"
+#include "tests/rows.h"
 
 #include <QTest>
 
 using namespace veltro;
+using test::row;
 
 namespace {
 
@@ -56,10 +58,10 @@ void TestSelectors::aTierAndItsSelectorFindEachOther()
 void TestSelectors::anUnknownSelectorIsShownAs1080p_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::newRow("the default preference") << QStringLiteral("best");
-    QTest::newRow("nothing") << QString();
-    QTest::newRow("another case") << capped(480).toUpper();
-    QTest::newRow("a tier with something behind it") << capped(480) + u' ';
+    row("the default preference", "best");
+    row("nothing", "");
+    row("another case", capped(480).toUpper());
+    row("a tier with something behind it", capped(480) + u' ');
 }
 
 void TestSelectors::anUnknownSelectorIsShownAs1080p()
@@ -96,20 +98,16 @@ void TestSelectors::h264ComesFirstWhereAQualityIsAsked_data()
 {
     QTest::addColumn<QString>("asked");
     QTest::addColumn<QString>("sent");
-    const auto row = [](const char *why, const QString &asked, const QString &sent) {
-        QTest::newRow(why) << asked << sent;
-    };
-    row("best", QStringLiteral("best"),
-        QStringLiteral("bestvideo[vcodec~='^(avc1|h264)']+bestaudio[ext=m4a]"
-                       "/bestvideo*+bestaudio/best"));
+    row("best", "best",
+        "bestvideo[vcodec~='^(avc1|h264)']+bestaudio[ext=m4a]"
+        "/bestvideo*+bestaudio/best");
     row("4K", capped(2160), cappedH264(2160));
     row("480p", capped(480), cappedH264(480));
     row("sound only", audioSelector, audioSelector);
-    row("a bare format", QStringLiteral("137"), QStringLiteral("137"));
-    row("no height", QStringLiteral("bestvideo+bestaudio"), QStringLiteral("bestvideo+bestaudio"));
-    row("a height that never ends", QStringLiteral("bestvideo[height<=720"),
-        QStringLiteral("bestvideo[height<=720"));
-    row("an unusual height", QStringLiteral("bestvideo[height<=333]"), cappedH264(333));
+    row("a bare format", "137", "137");
+    row("no height", "bestvideo+bestaudio", "bestvideo+bestaudio");
+    row("a height that never ends", "bestvideo[height<=720", "bestvideo[height<=720");
+    row("an unusual height", "bestvideo[height<=333]", cappedH264(333));
 }
 
 void TestSelectors::h264ComesFirstWhereAQualityIsAsked()

@@ -110,7 +110,6 @@ private Q_SLOTS:
     void aCallWithoutAReportDoesNothing();
     void theOptionsAreThoseOfARunInTheirOrder();
     void optionalOptionsAreSetOnlyWhenAsked();
-    void aFlagLivesAsLongAsItsRun();
 };
 
 void TestDownloadJob::initTestCase()
@@ -235,21 +234,6 @@ void TestDownloadJob::optionalOptionsAreSetOnlyWhenAsked()
     QVERIFY(options.endsWith(
         QStringLiteral("'cookiefile': '/c d', 'postprocessors': [{'key': 'FFmpegExtractAudio', "
                        "'preferredcodec': 'm4a', 'preferredquality': '192'}]}")));
-}
-
-void TestDownloadJob::aFlagLivesAsLongAsItsRun()
-{
-    EngineState state;
-    const QUuid id = QUuid::createUuid();
-    state.requestCancellation(id);
-    QVERIFY(!state.hasRuns()); // nothing to cancel, so nothing to remember
-    state.beginRun(id);
-    QVERIFY(!state.isCancelled(id));
-    state.requestCancellation(id);
-    QVERIFY(state.isCancelled(id));
-    state.endRun(id);
-    state.requestCancellation(id);
-    QVERIFY(!state.isCancelled(id) && !state.hasRuns());
 }
 
 QTEST_GUILESS_MAIN(TestDownloadJob)

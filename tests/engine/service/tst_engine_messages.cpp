@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/service/engine_error.h"
 #include "engine/service/engine_messages.h"
+#include "tests/rows.h"
 
 #include <QTest>
 
 #include <stdexcept>
 
 using namespace veltro;
+using test::row;
 
 namespace {
 
@@ -30,21 +32,16 @@ void TestEngineMessages::aMessageIsShortenedToWhatAPersonNeeds_data()
 {
     QTest::addColumn<QString>("raw");
     QTest::addColumn<QString>("clean");
-    const auto row = [](const char *why, const QString &raw, const QString &clean) {
-        QTest::newRow(why) << raw << clean;
-    };
-    row("marker, extractor and identifier go",
-        QStringLiteral("ERROR: [site] abc123: Video unavailable"),
-        QStringLiteral("Video unavailable"));
+    row("marker, extractor and identifier go", "ERROR: [site] abc123: Video unavailable",
+        "Video unavailable");
     row("an unsupported address has a sentence of its own",
-        QStringLiteral("ERROR: Unsupported URL: http://127.0.0.1/x"), subscription);
-    row("whatever its case", QStringLiteral("UNSUPPORTED url"), subscription);
-    row("a plain text stays", QStringLiteral("  no marker "), QStringLiteral("  no marker "));
-    row("brackets the wrong way round stay", QStringLiteral("a] b [c"), QStringLiteral("a] b [c"));
-    row("a marker in lower case is no marker", QStringLiteral("error: [x] y: z"),
-        QStringLiteral("z"));
-    row("only blanks are trimmed", QStringLiteral("x ERROR: \t a\n"), QStringLiteral("a\n"));
-    row("no colon behind the bracket", QStringLiteral("[x] plain"), QStringLiteral("plain"));
+        "ERROR: Unsupported URL: http://127.0.0.1/x", subscription);
+    row("whatever its case", "UNSUPPORTED url", subscription);
+    row("a plain text stays", "  no marker ", "  no marker ");
+    row("brackets the wrong way round stay", "a] b [c", "a] b [c");
+    row("a marker in lower case is no marker", "error: [x] y: z", "z");
+    row("only blanks are trimmed", "x ERROR: \t a\n", "a\n");
+    row("no colon behind the bracket", "[x] plain", "plain");
     row("220 characters are whole", QString(220, u'x'), QString(220, u'x'));
     row("221 are cut", QString(221, u'x'), QString(220, u'x') + u'…');
     const QString family = QStringLiteral("👩‍👩‍👧");
@@ -63,10 +60,9 @@ void TestEngineMessages::protectedMediaIsRecognised_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("isProtected");
-    QTest::newRow("with a blank") << QStringLiteral("ERROR: [x] This video is DRM protected")
-                                  << true;
-    QTest::newRow("with a hyphen") << QStringLiteral("drm-Protected stream") << true;
-    QTest::newRow("something else") << QStringLiteral("The DRM is gone") << false;
+    row("with a blank", "ERROR: [x] This video is DRM protected", true);
+    row("with a hyphen", "drm-Protected stream", true);
+    row("something else", "The DRM is gone", false);
 }
 
 void TestEngineMessages::protectedMediaIsRecognised()
