@@ -39,7 +39,6 @@ public:
 
 /// What a fake notice center was given; outlives it.
 struct NoticeBoard {
-    bool refuses = false;
     std::vector<Notice> posted;
 };
 
@@ -54,9 +53,6 @@ public:
     QCoro::Task<bool> requestAuthorization() override { co_return true; }
     QCoro::Task<void> add(Notice notice) override
     {
-        if (m_board.refuses) {
-            throw NoticeError("no service");
-        }
         m_board.posted.push_back(notice);
         co_return;
     }

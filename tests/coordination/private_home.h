@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
-#include <QDir>
-#include <QFile>
+#include "tests/files.h"
+
 #include <QTemporaryDir>
 
 namespace veltro {
@@ -28,11 +28,7 @@ public:
     /// Writes a file below the home, and the folders that it needs.
     void write(const QString &name, const QByteArray &content) const
     {
-        QDir(path()).mkpath(QFileInfo(name).path());
-        QFile file(path(name));
-        if (!file.open(QFile::WriteOnly) || file.write(content) != content.size()) {
-            qFatal("%s cannot be written", qPrintable(file.fileName()));
-        }
+        static_cast<void>(test::writeFile(path(name), content));
     }
 
 private:

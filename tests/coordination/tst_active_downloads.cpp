@@ -41,7 +41,6 @@ private Q_SLOTS:
     void aCountTellsOnlyOfItsOwnChange();
     void aRemovedRecordIsCountedNoMore();
     void clearingRemovesRunsOfRowsAndKeepsTheRest();
-    void tenThousandRowsAreEachOneInsertion();
 };
 
 void TestActiveDownloads::recordsStandInTheOrderOfTheirComing()
@@ -139,21 +138,6 @@ void TestActiveDownloads::clearingRemovesRunsOfRowsAndKeepsTheRest()
     QCOMPARE(downloads.activeCount(), 3);
     downloads.removeFinished();
     QCOMPARE(removals.count(), 3);
-}
-
-void TestActiveDownloads::tenThousandRowsAreEachOneInsertion()
-{
-    ActiveDownloads downloads;
-    const QSignalSpy insertions(&downloads, &QAbstractItemModel::rowsInserted);
-    const QSignalSpy resets(&downloads, &QAbstractItemModel::modelReset);
-    constexpr int many = 10'000;
-    for (int index = 0; index < many; ++index) {
-        downloads.append(makeRecord());
-    }
-    QCOMPARE(insertions.count(), many);
-    QCOMPARE(insertions.last().at(1).toInt(), many - 1);
-    QCOMPARE(resets.count(), 0);
-    QCOMPARE(downloads.queuedCount(), many);
 }
 
 QTEST_GUILESS_MAIN(TestActiveDownloads)

@@ -28,7 +28,6 @@ private Q_SLOTS:
     void anotherTryThatCannotBeProbedLeavesTheRecord();
     void anotherTryWithoutFormatsLeavesTheRecord();
     void aNoticeIsPostedOnlyWhenTheProgramIsInTheBackground();
-    void aNoticeThatIsRefusedChangesNothing();
     void theNameTemplateIsReadWhenTheRunBegins();
     void clearingKeepsWhatIsNotOver();
     void tenThousandCancelledDownloadsAreSkipped();
@@ -275,16 +274,6 @@ void TestCoordinatorRuns::aNoticeIsPostedOnlyWhenTheProgramIsInTheBackground()
     m_bench->queue(QStringLiteral("/sources"));
     TRY(m_bench->store().inFlightTask()->isFinished());
     QCOMPARE(m_bench->notices.posted.size(), std::size_t(1));
-}
-
-void TestCoordinatorRuns::aNoticeThatIsRefusedChangesNothing()
-{
-    m_bench->isActive = false;
-    m_bench->notices.refuses = true;
-    const Record record = m_bench->queue(QStringLiteral("/plain"));
-    TRY(m_bench->store().inFlightTask()->isFinished());
-    QVERIFY(isAt(record, Kind::done));
-    QCOMPARE(m_bench->savedTitles().size(), 1);
 }
 
 void TestCoordinatorRuns::theNameTemplateIsReadWhenTheRunBegins()

@@ -57,27 +57,12 @@ DownloadProgressed progress(qint64 done, std::optional<qint64> total)
 class TestDownloadProgressState : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void aNewRecordWaitsUnderItsLabel();
     void aRunMovesTheRecordThroughItsStates();
     void aPropertyTellsOfAChangeAndOfNothingElse();
     void aReportClearsWhatItDoesNotKnow();
     void theFractionFollowsFragmentsBeforeBytes_data();
     void theFractionFollowsFragmentsBeforeBytes();
-    void statesDifferByTheirTexts();
 };
-
-void TestDownloadProgressState::aNewRecordWaitsUnderItsLabel()
-{
-    const DownloadOrder given = order();
-    const DownloadProgressState record(given);
-    QCOMPARE(record.id(), given.id);
-    QCOMPARE(record.title(), QStringLiteral("1080p"));
-    QCOMPARE(record.formatLabel(), QStringLiteral("1080p"));
-    QCOMPARE(record.formatID(), QStringLiteral("137+140"));
-    QCOMPARE(record.state(), (ItemState{ItemState::Kind::queued, {}}));
-    QVERIFY(!record.fraction());
-    QVERIFY(!record.localFileURL());
-}
 
 void TestDownloadProgressState::aRunMovesTheRecordThroughItsStates()
 {
@@ -86,6 +71,7 @@ void TestDownloadProgressState::aRunMovesTheRecordThroughItsStates()
     info.title = QStringLiteral("A film");
     record.apply(progress(1, 2));
     QCOMPARE(record.state().kind, ItemState::Kind::queued);
+    QCOMPARE(record.title(), QStringLiteral("1080p"));
     record.apply(DownloadStarted{info});
     QCOMPARE(record.state().kind, ItemState::Kind::running);
     QCOMPARE(record.title(), QStringLiteral("A film"));
@@ -193,14 +179,6 @@ void TestDownloadProgressState::theFractionFollowsFragmentsBeforeBytes()
     event.fragmentCount = count;
     record.apply(event);
     QCOMPARE(record.fraction(), fraction);
-}
-
-void TestDownloadProgressState::statesDifferByTheirTexts()
-{
-    QVERIFY(ItemState::failed(QStringLiteral("a")) != ItemState::failed(QStringLiteral("b")));
-    QVERIFY(ItemState::failed(QStringLiteral("a")) !=
-            ItemState::postProcessing(QStringLiteral("a")));
-    QCOMPARE(ItemState::failed(QStringLiteral("a")), ItemState::failed(QStringLiteral("a")));
 }
 
 QTEST_GUILESS_MAIN(TestDownloadProgressState)

@@ -1,10 +1,12 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "coordination/page_links.h"
+#include "tests/rows.h"
 
 #include <QTest>
 
 using namespace veltro;
+using test::row;
 
 class TestPageLinks : public QObject {
     Q_OBJECT
@@ -20,28 +22,23 @@ void TestPageLinks::onlyAWebAddressIsAPageLink_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("link");
-    const auto row = [](const char *why, const QString &text, const QString &link) {
-        QTest::newRow(why) << text << link;
-    };
     const QString page = QStringLiteral("https://example.org/watch?v=1&t=2#at");
     row("plain", page, page);
     row("blanks around", QStringLiteral(" \t\n") + page + QStringLiteral("\r\n "), page);
     row("no-break space around", QChar(0xa0) + page, page);
-    row("upper case", QStringLiteral("HTTP://Example.ORG/A"),
-        QStringLiteral("http://example.org/A"));
-    row("letters of other scripts", QStringLiteral("https://пример.example/ж"),
-        QStringLiteral("https://xn--e1afmkfd.example/%D0%B6"));
-    row("a bar", QStringLiteral("https://example.org/a|b"),
-        QStringLiteral("https://example.org/a%7Cb"));
-    row("two lines", page + u'\n' + page, {});
-    row("a sentence", QStringLiteral("see https://example.org"), {});
-    row("no scheme", QStringLiteral("example.org/watch"), {});
-    row("empty", {}, {});
-    row("a file", QStringLiteral("file:///etc/passwd"), {});
-    row("begins alike", QStringLiteral("httpx://example.org"), {});
-    row("no host is the engine's to refuse", QStringLiteral("http://"), QStringLiteral("http://"));
-    row("script", QStringLiteral("javascript:alert(1)"), {});
-    row("a bad port", QStringLiteral("http://example.org:port/"), {});
+    row("upper case", "HTTP://Example.ORG/A", "http://example.org/A");
+    row("letters of other scripts", "https://пример.example/ж",
+        "https://xn--e1afmkfd.example/%D0%B6");
+    row("a bar", "https://example.org/a|b", "https://example.org/a%7Cb");
+    row("two lines", page + u'\n' + page, "");
+    row("a sentence", "see https://example.org", "");
+    row("no scheme", "example.org/watch", "");
+    row("empty", "", "");
+    row("a file", "file:///etc/passwd", "");
+    row("begins alike", "httpx://example.org", "");
+    row("no host is the engine's to refuse", "http://", "http://");
+    row("script", "javascript:alert(1)", "");
+    row("a bad port", "http://example.org:port/", "");
 }
 
 void TestPageLinks::onlyAWebAddressIsAPageLink()
@@ -66,9 +63,6 @@ void TestPageLinks::aRequestCarriesItsFirstAddress_data()
 {
     QTest::addColumn<QString>("request");
     QTest::addColumn<QString>("link");
-    const auto row = [](const char *why, const char *request, const char *link) {
-        QTest::newRow(why) << QString::fromLatin1(request) << QString::fromLatin1(link);
-    };
     row("encoded", "veltro://save?url=https%3A%2F%2Fexample.org%2Fw%3Fv%3D1%26t%3D2",
         "https://example.org/w?v=1&t=2");
     row("decoded once", "veltro://save?url=https://example.org/a%2520b",
