@@ -7,11 +7,8 @@
 #include "platform/user_folders.h"
 #include "tests/library/awaiting.h"
 #include "tests/library/library_case.h"
+#include "tests/platform/ffmpeg/stock_tool.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QProcess>
 #include <QSize>
 
 #include <cmath>
@@ -51,8 +48,6 @@ private Q_SLOTS:
     void init();
     void aFinishedDownloadBecomesAnItem();
     void aFileThatIsGoneStillBecomesAnItem();
-    void soundAloneHasALengthAndNoPicture();
-    void twoDownloadsOfAPageAreTwoItems();
     void aDownloadWithoutAFileIsNotRecorded();
     void thePictureBesideTheMediaIsTaken_data();
     void thePictureBesideTheMediaIsTaken();
@@ -63,27 +58,12 @@ private Q_SLOTS:
 
 private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
-    void make(const QString &name, const QStringList &arguments) const
-    {
-        QProcess process;
-        process.start(
-            QStringLiteral("ffmpeg"),
-            QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y")} +
-                arguments + QStringList(path(name)));
-        QVERIFY(process.waitForFinished(patience));
-        QVERIFY2(process.exitCode() == 0, process.readAllStandardError().constData());
-    }
     void makeMovie(const QString &name, const QString &size = QStringLiteral("320x240")) const
     {
-        make(name, {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
-                    QStringLiteral("testsrc=duration=2:rate=10:size=") + size,
-                    QStringLiteral("-c:v"), QStringLiteral("mpeg4")});
-    }
-    void write(const QString &name, const QByteArray &content) const
-    {
-        QFile file(path(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(content);
+        QVERIFY(ffmpeg::makeMedia(
+            QStringLiteral("-f lavfi -i testsrc=duration=2:rate=10:size=%1 -c:v mpeg4 \"%2\"")
+                .arg(size, name),
+            m_folder->path()));
     }
     /// Records a download that has saved this file; the item that the store has then.
     std::optional<DownloadItem> record(const QString &title, const QString &file);
@@ -152,24 +132,6 @@ void TestDownloadStorage::aFileThatIsGoneStillBecomesAnItem()
     QVERIFY(QDir(m_folder->path()).isEmpty());
 }
 
-void TestDownloadStorage::soundAloneHasALengthAndNoPicture()
-{
-    make(QStringLiteral("sound.m4a"),
-         {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
-          QStringLiteral("sine=duration=3"), QStringLiteral("-c:a"), QStringLiteral("aac")});
-    const auto item = record(QStringLiteral("sound"), QStringLiteral("sound.m4a"));
-    QVERIFY(item && !item->thumbnailFileURL);
-    QVERIFY(item->durationSeconds && std::abs(*item->durationSeconds - 3) < 0.1);
-    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files).size(), 1);
-}
-
-void TestDownloadStorage::twoDownloadsOfAPageAreTwoItems()
-{
-    const auto first = record(QStringLiteral("twice"), QStringLiteral("a.mp4"));
-    const auto second = record(QStringLiteral("twice"), QStringLiteral("a.mp4"));
-    QVERIFY(first && second && first->id != second->id);
-}
-
 void TestDownloadStorage::aDownloadWithoutAFileIsNotRecorded()
 {
     const auto before = record(QStringLiteral("before"), QStringLiteral("a.mp4"));
@@ -183,12 +145,8 @@ void TestDownloadStorage::aDownloadWithoutAFileIsNotRecorded()
 
 void TestDownloadStorage::thePictureBesideTheMediaIsTaken_data()
 {
-    QTest::addColumn<QStringList>("pictures");
+    QTest::addColumn<QString>("pictures");
     QTest::addColumn<QString>("taken");
-    const auto row = [](const char *why, const char *pictures, const char *taken) {
-        QTest::newRow(why) << QString::fromLatin1(pictures).split(u' ')
-                           << QString::fromLatin1(taken);
-    };
     row("a webp", "clip.webp", "clip.webp");
     row("a jpg before a webp", "clip.webp clip.jpg", "clip.jpg");
     row("all four", "clip.webp clip.png clip.jpeg clip.jpg", "clip.jpg");
@@ -198,10 +156,10 @@ void TestDownloadStorage::thePictureBesideTheMediaIsTaken_data()
 
 void TestDownloadStorage::thePictureBesideTheMediaIsTaken()
 {
-    QFETCH(QStringList, pictures);
+    QFETCH(QString, pictures);
     QFETCH(QString, taken);
-    for (const QString &picture : pictures) {
-        write(picture, "any content");
+    for (const QString &picture : pictures.split(u' ')) {
+        QVERIFY(writeFile(path(picture), "any content"));
     }
     const auto picture =
         await(m_storage.thumbnail(QUrl::fromLocalFile(path(QStringLiteral("clip.mp4")))));
@@ -214,15 +172,13 @@ void TestDownloadStorage::aPictureIsMadeSmallEnoughAndWhole()
     const auto picture =
         await(m_storage.thumbnail(QUrl::fromLocalFile(path(QStringLiteral("wide.v2.mp4")))));
     QVERIFY(picture == QUrl::fromLocalFile(path(QStringLiteral("wide.v2.jpg"))));
-    QFile file(picture->toLocalFile());
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QVERIFY(jpegSize(file.readAll()) == QSize(800, 200));
+    QVERIFY(jpegSize(contentOf(picture->toLocalFile())) == QSize(800, 200));
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden).size(), 2);
 }
 
 void TestDownloadStorage::whatIsNoMediaHasNeither()
 {
-    write(QStringLiteral("text.mp4"), "no media at all");
+    QVERIFY(writeFile(path(QStringLiteral("text.mp4")), "no media at all"));
     const QUrl text = QUrl::fromLocalFile(path(QStringLiteral("text.mp4")));
     QVERIFY(!await(m_storage.thumbnail(text)));
     QVERIFY(!await(m_storage.duration(text)));

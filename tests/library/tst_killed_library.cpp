@@ -7,9 +7,8 @@
 #include "library/database.h"
 #include "library/search_indexer.h"
 #include "tests/library/library_case.h"
+#include "tests/platform/ffmpeg/stock_tool.h"
 
-#include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QSet>
 
@@ -78,14 +77,9 @@ private:
 void TestKilledLibrary::initTestCase()
 {
     m_media = std::make_unique<QTemporaryDir>();
-    QProcess process;
-    process.start(QStringLiteral("ffmpeg"),
-                  QStringLiteral("-v error -f lavfi -i testsrc=duration=1:rate=5:size=160x120 "
-                                 "-c:v mpeg4")
-                          .split(u' ') +
-                      QStringList(m_media->filePath(QStringLiteral("0.mp4"))));
-    QVERIFY(process.waitForFinished(patience));
-    QCOMPARE(process.exitCode(), 0);
+    QVERIFY(ffmpeg::makeMedia(
+        QStringLiteral("-f lavfi -i testsrc=duration=1:rate=5:size=160x120 -c:v mpeg4 0.mp4"),
+        m_media->path()));
 }
 
 void TestKilledLibrary::init()
@@ -145,9 +139,7 @@ void TestKilledLibrary::lookAround(const Told &told, int count)
     lookForEntries(*container, database);
     QVERIFY2(lines.lines().isEmpty(), qPrintable(lines.lines().join(u'\n')));
     for (const QString &name : QDir(m_folder->path()).entryList({QStringLiteral("*.jpg")})) {
-        QFile picture(m_folder->filePath(name));
-        QVERIFY(picture.open(QIODevice::ReadOnly));
-        const QByteArray content = picture.readAll();
+        const QByteArray content = contentOf(m_folder->filePath(name));
         QVERIFY2(content.startsWith("\xff\xd8\xff") && content.endsWith("\xff\xd9"),
                  qPrintable(QString::number(count)));
     }

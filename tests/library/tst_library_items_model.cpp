@@ -3,6 +3,7 @@
 #include "library/database.h"
 #include "platform/serial_queue.h"
 #include "tests/library/library_case.h"
+#include "tests/rows.h"
 
 #include <QAbstractItemModelTester>
 #include <QRandomGenerator>
@@ -91,7 +92,6 @@ private Q_SLOTS:
     void keysOfAnotherLanguageAreMadeAgain();
     void keysThatDoNotFitAreMadeAgain_data();
     void keysThatDoNotFitAreMadeAgain();
-    void anItemThatComesDuringASearchShowsOnlyWhenItFits();
     void theLastOfManySearchesIsAnswered();
     void aListThatGoesAwayWhileItFillsDoesNoHarm();
     void aListWithoutAContainerIsEmpty();
@@ -245,11 +245,6 @@ void TestLibraryItemsModel::anItemIsFoundByTitleOrUploader_data()
     QTest::addColumn<QString>("uploader");
     QTest::addColumn<QString>("search");
     QTest::addColumn<bool>("isFound");
-    const auto row = [](const char *why, const char *locale, const char *title,
-                        const char *uploader, const char *search, bool isFound) {
-        QTest::newRow(why) << QString::fromLatin1(locale) << QString::fromUtf8(title)
-                           << QString::fromUtf8(uploader) << QString::fromUtf8(search) << isFound;
-    };
     row("a part of the title", "en_US", "Holiday in Rome", "", "day in", true);
     row("case aside", "en_US", "Holiday in ROME", "", "rome", true);
     row("the uploader", "en_US", "Holiday", "The Travellers", "travel", true);
@@ -352,21 +347,6 @@ void TestLibraryItemsModel::keysThatDoNotFitAreMadeAgain()
     QCOMPARE(database.number("SELECT count(*) FROM RowSearchKey"), 2);
     QVERIFY(save(m_container, {itemAt(9, QStringLiteral("new"))}));
     QCOMPARE(loadedModel(QStringLiteral("new"))->count(), 1);
-}
-
-void TestLibraryItemsModel::anItemThatComesDuringASearchShowsOnlyWhenItFits()
-{
-    QVERIFY(save(m_container, numbered(5)));
-    const auto model = loadedModel(QStringLiteral("clip 3"));
-    QCOMPARE(model->count(), 1);
-    const DownloadItem fits = itemAt(100, QStringLiteral("Clip 31"));
-    QVERIFY(save(m_other, {itemAt(101, QStringLiteral("Clip 4")), fits}));
-    QTRY_COMPARE_WITH_TIMEOUT(model->total(), 7, patience);
-    QCOMPARE(titlesOf(*model).join(u','), QStringLiteral("Clip 31,Clip 3"));
-    QVERIFY(remove(m_other, {fits.id}));
-    QTRY_COMPARE_WITH_TIMEOUT(model->count(), 1, patience);
-    model->setSearch(QString());
-    QTRY_COMPARE_WITH_TIMEOUT(model->count(), 6, patience);
 }
 
 void TestLibraryItemsModel::theLastOfManySearchesIsAnswered()

@@ -1,10 +1,8 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/database.h"
+#include "tests/files.h"
 #include "tests/library/library_case.h"
-
-#include <QDir>
-#include <QFile>
 
 #include <unistd.h>
 
@@ -14,19 +12,6 @@ using namespace veltro::test;
 namespace {
 
 constexpr uid_t nobody = 65'534;
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeTo(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), content.size());
-}
 
 /// Writes over a file's first bytes, as a fault of the disk does.
 void damageHeader(const QString &path)
@@ -173,8 +158,8 @@ void TestModelContainer::aDamagedFileIsKeptAsideWithItsLog()
 {
     QFETCH(QByteArray, content);
     const QByteArray log("a log of some kind");
-    writeTo(m_file, content);
-    writeTo(m_file + QStringLiteral("-wal"), log);
+    writeFile(m_file, content);
+    writeFile(m_file + QStringLiteral("-wal"), log);
     const LogLines lines;
     const auto container = makeContainer(m_file);
     QVERIFY(container);
@@ -195,7 +180,7 @@ void TestModelContainer::twoDamagedFilesOfASecondAreBothKept()
 {
     const LogLines lines;
     for (const char *const content : {"first", "second", "third"}) {
-        writeTo(m_file, content);
+        writeFile(m_file, content);
         QVERIFY(makeContainer(m_file));
     }
     QStringList kept;
@@ -211,7 +196,7 @@ void TestModelContainer::aLogWithoutItsFileIsKeptAside()
     const LogLines lines;
     QVERIFY(save(makeContainer(m_file), {itemAt(1, QStringLiteral("one"))}));
     QVERIFY(QFile::remove(m_file));
-    writeTo(m_file + QStringLiteral("-wal"), "all that is left");
+    writeFile(m_file + QStringLiteral("-wal"), "all that is left");
     QVERIFY(makeContainer(m_file));
     const QStringList aside = files().filter(QStringLiteral(".damaged-"));
     QCOMPARE(aside.size(), 1);

@@ -15,7 +15,6 @@ private Q_SLOTS:
     void initTestCase();
     void anEntryIsDescribedByWhoMadeItOrWhereItIsFrom();
     void whatAnEntryLacksStaysAbsent();
-    void anEntryIsFoundByItsWordsAndKnownByItsId();
     void whatTheIndexLacksIsFoundFromTheNextStartOn();
 
 private:
@@ -47,22 +46,6 @@ void TestSearchIndexer::whatAnEntryLacksStaysAbsent()
     QVERIFY(!item.contentDescription && !item.durationSeconds);
     QVERIFY(!item.contentURL && !item.thumbnailURL);
     QCOMPARE(item.keywords, (QStringList{QStringLiteral("video"), QStringLiteral("veltro")}));
-}
-
-void TestSearchIndexer::anEntryIsFoundByItsWordsAndKnownByItsId()
-{
-    DownloadItem entry;
-    entry.id = QUuid::createUuid();
-    entry.title = QStringLiteral("Harbour at night");
-    entry.durationSeconds = 12.5;
-    entry.localFileURL = QUrl::fromLocalFile(QStringLiteral("/videos/harbour.mp4"));
-    entry.thumbnailFileURL = QUrl::fromLocalFile(QStringLiteral("/videos/harbour.jpg"));
-    indexForSearch(entry);
-    SearchIndex::standard().finish();
-    const auto found = SearchIndex::standard().search({QStringLiteral("night")}, 10);
-    QCOMPARE(found, std::vector{searchableItem(entry)});
-    QCOMPARE(QUuid::fromString(found.front().uniqueIdentifier), entry.id);
-    QCOMPARE(found.front().domainIdentifier, QStringLiteral("app.veltro.app.library"));
 }
 
 void TestSearchIndexer::whatTheIndexLacksIsFoundFromTheNextStartOn()
