@@ -49,15 +49,13 @@ public:
     /// @param markup "full", or "no" for a daemon that shows all texts as they are
     [[nodiscard]] bool start(const QByteArray &markup)
     {
-        QFile file(m_folder.filePath(QStringLiteral("dunstrc")));
-        if (!file.open(QIODevice::WriteOnly)) {
+        const QString file = m_folder.filePath(QStringLiteral("dunstrc"));
+        if (!test::writeFile(file, "[global]\nstack_duplicates = false\nmarkup = " + markup +
+                                       "\nformat = \"%s\\n%b\"\n")) {
             return false;
         }
-        file.write("[global]\nstack_duplicates = false\nmarkup = " + markup +
-                   "\nformat = \"%s\\n%b\"\n");
-        file.close();
         m_daemon.setStandardErrorFile(QProcess::nullDevice());
-        m_daemon.start(QStringLiteral("dunst"), {QStringLiteral("-conf"), file.fileName()});
+        m_daemon.start(QStringLiteral("dunst"), {QStringLiteral("-conf"), file});
         return waitForName(QDBusConnection::sessionBus(), service());
     }
 

@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
+#include "tests/files.h"
+
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -28,20 +29,20 @@ public:
 
     [[nodiscard]] bool start()
     {
-        QFile file(m_folder.filePath(QStringLiteral("bus.conf")));
-        if (!file.open(QIODevice::WriteOnly)) {
+        const QString file = m_folder.filePath(QStringLiteral("bus.conf"));
+        const QByteArray folder = m_folder.path().toUtf8();
+        if (!test::writeFile(file, "<busconfig><type>session</type><listen>unix:dir=" + folder +
+                                       "</listen><auth>EXTERNAL</auth><servicedir>" + folder +
+                                       "</servicedir><policy context=\"default\">"
+                                       "<allow send_destination=\"*\" eavesdrop=\"true\"/>"
+                                       "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy>"
+                                       "</busconfig>")) {
             return false;
         }
-        file.write("<busconfig><type>session</type><listen>unix:dir=" + m_folder.path().toUtf8() +
-                   "</listen><auth>EXTERNAL</auth><servicedir>" + m_folder.path().toUtf8() +
-                   "</servicedir><policy context=\"default\"><allow send_destination=\"*\" "
-                   "eavesdrop=\"true\"/><allow eavesdrop=\"true\"/>"
-                   "<allow own=\"*\"/></policy></busconfig>");
-        file.close();
         m_daemon.setProcessChannelMode(QProcess::SeparateChannels);
         m_daemon.start(QStringLiteral("dbus-daemon"),
-                       {QStringLiteral("--config-file=") + file.fileName(),
-                        QStringLiteral("--nofork"), QStringLiteral("--print-address")});
+                       {QStringLiteral("--config-file=") + file, QStringLiteral("--nofork"),
+                        QStringLiteral("--print-address")});
         while (!m_daemon.canReadLine()) {
             if (!m_daemon.waitForReadyRead(20'000)) {
                 return false;

@@ -23,13 +23,22 @@ const QString managerPath = QStringLiteral("/org/freedesktop/NetworkManager");
 constexpr uint disconnected = 20, connectedLocal = 50, connectedSite = 60, connectedGlobal = 70;
 constexpr uint meteredYes = 1, meteredNo = 2, meteredGuessYes = 3;
 
-/// What arrived on the queue, oldest first.
-class Reports {
+/// What a monitor reports on a queue, oldest first.
+class Watch {
 public:
-    void add(NetworkPath path)
+    Watch()
+    {
+        monitor.start(queue, [this](NetworkPath path) {
+            const std::lock_guard guard(m_lock);
+            m_isOnQueue = queue.isCurrent();
+            m_paths.push_back(path);
+        });
+    }
+    /// Whether the last one came on the queue.
+    [[nodiscard]] bool isOnQueue() const
     {
         const std::lock_guard guard(m_lock);
-        m_paths.push_back(path);
+        return m_isOnQueue;
     }
     [[nodiscard]] std::vector<NetworkPath> all() const
     {
@@ -44,7 +53,12 @@ public:
 
 private:
     mutable std::mutex m_lock;
+    bool m_isOnQueue = false;
     std::vector<NetworkPath> m_paths;
+
+public:
+    SerialQueue queue{"test.path"};
+    NetworkPathMonitor monitor;
 };
 
 constexpr NetworkPath wired{true, false, false};
@@ -159,26 +173,15 @@ void TestNetworkPath::cleanupTestCase()
 
 void TestNetworkPath::theFirstReportTellsThePathAsItIs()
 {
-    Reports reports;
-    SerialQueue queue("test.path");
-    bool isOnQueue = false;
-    NetworkPathMonitor monitor;
-    monitor.start(queue, [&](NetworkPath path) {
-        isOnQueue = queue.isCurrent();
-        reports.add(path);
-    });
+    const Watch reports;
     QVERIFY(reports.all().empty());
     QTRY_VERIFY(reports.endWith(wiFi));
-    queue.sync([] {});
-    QVERIFY(isOnQueue);
+    QVERIFY(reports.isOnQueue());
 }
 
 void TestNetworkPath::aChangeOfTheConnectionIsReportedOnceOnTheQueue()
 {
-    Reports reports;
-    SerialQueue queue("test.path");
-    NetworkPathMonitor monitor;
-    monitor.start(queue, [&](NetworkPath path) { reports.add(path); });
+    const Watch reports;
     QTRY_VERIFY(reports.endWith(wiFi));
 
     connectThrough(m_wired, QStringLiteral("802-3-ethernet"));
@@ -204,10 +207,7 @@ void TestNetworkPath::onlyANetworkWithAWayOutIsAPath()
     QFETCH(const uint, state);
     QFETCH(const bool, isSatisfied);
     setProperties({{QStringLiteral("State"), state}});
-    Reports reports;
-    SerialQueue queue("test.path");
-    NetworkPathMonitor monitor;
-    monitor.start(queue, [&](NetworkPath path) { reports.add(path); });
+    const Watch reports;
     QTRY_VERIFY(!reports.all().empty() && reports.all().back().isSatisfied == isSatisfied);
     setProperties({{QStringLiteral("State"), connectedGlobal}});
     QTRY_VERIFY(reports.all().back().isSatisfied);
@@ -215,10 +215,7 @@ void TestNetworkPath::onlyANetworkWithAWayOutIsAPath()
 
 void TestNetworkPath::meteringIsReportedWhetherKnownOrGuessed()
 {
-    Reports reports;
-    SerialQueue queue("test.path");
-    NetworkPathMonitor monitor;
-    monitor.start(queue, [&](NetworkPath path) { reports.add(path); });
+    const Watch reports;
     QTRY_VERIFY(reports.endWith(wiFi));
     for (const uint kind : {meteredYes, meteredGuessYes}) {
         setProperties({{QStringLiteral("Metered"), kind}});
@@ -230,18 +227,13 @@ void TestNetworkPath::meteringIsReportedWhetherKnownOrGuessed()
 
 void TestNetworkPath::nothingIsReportedAfterCancel()
 {
-    Reports cancelled;
-    Reports watching;
-    SerialQueue queue("test.path");
-    NetworkPathMonitor first;
-    NetworkPathMonitor second;
-    first.start(queue, [&](NetworkPath path) { cancelled.add(path); });
-    second.start(queue, [&](NetworkPath path) { watching.add(path); });
-    QTRY_VERIFY(watching.endWith(wiFi));
-    first.cancel();
+    Watch cancelled;
+    const Watch watching;
+    QTRY_VERIFY(watching.endWith(wiFi) && cancelled.endWith(wiFi));
+    cancelled.monitor.cancel();
     connectThrough(m_wired, QStringLiteral("802-3-ethernet"));
     QTRY_VERIFY(watching.endWith(wired));
-    queue.sync([] {});
+    cancelled.queue.sync([] {});
     QCOMPARE(cancelled.all(), std::vector<NetworkPath>{wiFi});
 }
 

@@ -3,8 +3,11 @@
 #include "platform/pasteboard.h"
 #include "tests/ui/display/private_display.h"
 
+#include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
+#include <QMimeData>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -174,12 +177,21 @@ void PasteboardTest::whatIsMarkedIsNotWhatIsCopied()
 
 void PasteboardTest::ourOwnTextIsAtHand()
 {
+    const QSignalSpy changed(&m_pasteboard, &Pasteboard::changed);
     m_pasteboard.setText(QStringLiteral("https://a.example/own"));
     Answer answer;
     read(Use::link, answer);
     QVERIFY(answer.isGiven);
     QCOMPARE(answer.text, QStringLiteral("https://a.example/own"));
     QCOMPARE(m_pasteboard.text(), answer.text);
+    QVERIFY(changed.size() >= 1);
+
+    QGuiApplication::clipboard()->setText(QString(50'000'000, QChar(u'x')));
+    QVERIFY(!m_pasteboard.text());
+    auto *const picture = new QMimeData; // the clipboard's from here on
+    picture->setData(QStringLiteral("image/png"), "no text");
+    QGuiApplication::clipboard()->setMimeData(picture);
+    QVERIFY(!m_pasteboard.text());
 }
 
 void PasteboardTest::nothingIsToldToWhoIsGone()

@@ -1,11 +1,13 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/program_address.h"
+#include "tests/rows.h"
 
 #include <QTest>
 #include <QUrlQuery>
 
 using namespace veltro;
+using test::row;
 
 class TestProgramAddress : public QObject {
     Q_OBJECT
@@ -21,9 +23,6 @@ private Q_SLOTS:
 void TestProgramAddress::aWebLinkIsWrappedWhole_data()
 {
     QTest::addColumn<QString>("link");
-    const auto row = [](const char *why, const char *link) {
-        QTest::newRow(why) << QString::fromUtf8(link);
-    };
     row("a plain link", "https://site.example/watch/1");
     row("a query with an item url of its own",
         "https://site.example/player?url=https%3A%2F%2Fother.example%2Fv%3Fa%3D1&x=2&url=3");

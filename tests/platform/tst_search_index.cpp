@@ -2,15 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/log.h"
 #include "platform/search_index.h"
+#include "tests/files.h"
+#include "tests/rows.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <thread>
 
 using namespace veltro;
+using test::row;
 
 namespace {
 
@@ -87,9 +87,6 @@ void TestSearchIndex::wordsAreFoundAsPeopleTypeThem_data()
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("typed");
     QTest::addColumn<bool>("isFound");
-    const auto row = [](const char *why, const char *title, const char *typed, bool isFound) {
-        QTest::newRow(why) << QString::fromUtf8(title) << QString::fromUtf8(typed) << isFound;
-    };
     row("the beginning of a word", "Grand tour of Norway", "nor", true);
     row("every term counts", "Grand tour of Norway", "tour nor", true);
     row("the order of terms does not", "Grand tour of Norway", "nor grand", true);
@@ -208,10 +205,7 @@ void TestSearchIndex::threadsMayIndexAtTheSameTime()
 
 void TestSearchIndex::aDamagedIndexIsKeptAsideAndBeginsAnew()
 {
-    QFile damaged(file());
-    QVERIFY(damaged.open(QIODevice::WriteOnly));
-    damaged.write(QByteArray("this is no database. ").repeated(1000));
-    damaged.close();
+    QVERIFY(test::writeFile(file(), QByteArray("this is no database. ").repeated(1000)));
     QStringList logged;
     setLogSink([&](std::string_view line) {
         logged += QString::fromUtf8(line.data(), qsizetype(line.size()));
@@ -225,9 +219,7 @@ void TestSearchIndex::aDamagedIndexIsKeptAsideAndBeginsAnew()
     const QDir folder(m_folder->path());
     const QStringList kept = folder.entryList({QStringLiteral("s.sqlite.damaged-*")});
     QCOMPARE(kept.size(), 1);
-    QFile old(folder.filePath(kept.value(0)));
-    QVERIFY(old.open(QIODevice::ReadOnly));
-    QVERIFY(old.readAll().startsWith("this is no database."));
+    QVERIFY(test::contentOf(folder.filePath(kept.value(0))).startsWith("this is no database."));
     QCOMPARE(logged.size(), 2); // one for the reader, one for the writer
 }
 
@@ -237,15 +229,10 @@ void TestSearchIndex::anIndexOfALaterVersionIsLeftAlone()
         SearchIndex index(file());
         index.indexItems({videoTitled(QStringLiteral("old"), QStringLiteral("1"))});
     }
-    QFile store(file());
-    QVERIFY(store.open(QIODevice::ReadWrite));
-    constexpr qint64 userVersion = 60; // where the format keeps it, most significant byte first
-    QVERIFY(store.seek(userVersion));
-    QCOMPARE(store.write(QByteArray("\0\0\0\x63", 4)), 4);
-    store.close();
-    QVERIFY(store.open(QIODevice::ReadOnly));
-    const QByteArray before = store.readAll();
-    store.close();
+    constexpr qsizetype userVersion = 60; // where the format keeps it, most significant byte first
+    const QByteArray before =
+        test::contentOf(file()).replace(userVersion, 4, QByteArray("\0\0\0\x63", 4));
+    QVERIFY(test::writeFile(file(), before));
 
     setLogSink([](std::string_view) {});
     SearchIndex index(file());
@@ -253,8 +240,7 @@ void TestSearchIndex::anIndexOfALaterVersionIsLeftAlone()
     index.finish();
     QVERIFY(index.search({QStringLiteral("old")}, 10).empty());
     setLogSink({});
-    QVERIFY(store.open(QIODevice::ReadOnly));
-    QCOMPARE(store.readAll(), before);
+    QCOMPARE(test::contentOf(file()), before);
 }
 
 void TestSearchIndex::aPlaceThatCannotBeWrittenCostsOneLineOfTheLog()

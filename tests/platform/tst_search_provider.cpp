@@ -56,11 +56,10 @@ private:
 void TestSearchProvider::initTestCase()
 {
     qputenv("XDG_DATA_HOME", m_data.path().toUtf8());
-    QFile service(m_bus.serviceFolder() + QStringLiteral("/helper.service"));
-    QVERIFY(service.open(QIODevice::WriteOnly));
-    service.write("[D-BUS Service]\nName=app.veltro.app.SearchProvider\nExec=" +
-                  QCoreApplication::applicationDirPath().toUtf8() + "/veltro-search-provider\n");
-    service.close();
+    QVERIFY(test::writeFile(m_bus.serviceFolder() + QStringLiteral("/helper.service"),
+                            "[D-BUS Service]\nName=app.veltro.app.SearchProvider\nExec=" +
+                                QCoreApplication::applicationDirPath().toUtf8() +
+                                "/veltro-search-provider\n"));
     QVERIFY(m_bus.start());
     m_index = std::make_unique<SearchIndex>(SearchIndex::standardFile());
     m_index->indexItems({entry(film, QStringLiteral("Été à Paris"), QStringLiteral("Somebody")),

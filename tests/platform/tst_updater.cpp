@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/updater.h"
+#include "tests/files.h"
+#include "tests/rows.h"
 
 #include <QCryptographicHash>
-#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -18,6 +19,7 @@
 #include <openssl/evp.h>
 
 using namespace veltro;
+using namespace veltro::test;
 
 namespace {
 
@@ -106,6 +108,9 @@ struct Feed {
     }
 };
 
+/// What an attacker makes of a good document and of what it says.
+using Change = std::function<QByteArray(const QByteArray &good, const Feed &)>;
+
 QByteArray envelope(const QByteArray &payload, const QByteArray &signature)
 {
     return QJsonDocument(
@@ -114,21 +119,6 @@ QByteArray envelope(const QByteArray &payload, const QByteArray &signature)
                    {QStringLiteral("payload"), QString::fromLatin1(payload.toBase64())},
                    {QStringLiteral("signature"), QString::fromLatin1(signature.toBase64())}})
         .toJson();
-}
-
-void write(const QString &path, const QByteArray &content)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-        qFatal("cannot write %s", qPrintable(path));
-    }
-}
-
-QByteArray read(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 }
@@ -164,8 +154,19 @@ private:
     }
     /// Packs a bundle of that version and serves it; the entry of the feed.
     QJsonObject serveArchive(const QString &version, const QByteArray &program = "#!/bin/sh\n");
-    void makeManager();
+    /// Serves a feed and the archive that it names.
+    Feed serveUpdate();
+    /// Waits for what comes of a check or of an installation.
     State settled();
+    State checked();
+    State checkedByItself();
+    [[nodiscard]] QByteArray installed() const
+    {
+        return contentOf(bundle() + QStringLiteral("/Contents/Resources/module.py"));
+    }
+    /// Whether nothing lies beside the bundle, hidden or not.
+    [[nodiscard]] bool isAlone() const;
+    void makeManager();
 
     [[nodiscard]] QString bundle() const
     {
@@ -204,9 +205,9 @@ void TestUpdater::writeBundle(const QString &folder, const QString &version, QJs
         more.insert(QStringLiteral("updateFeed"), m_site->address("/feed"));
     }
     more.insert(QStringLiteral("updateKey"), QString::fromLatin1(m_key.publicKey().toBase64()));
-    write(folder + QStringLiteral("/Contents/Info.json"), QJsonDocument(more).toJson());
-    write(folder + QStringLiteral("/Contents/Resources/module.py"), version.toUtf8());
-    write(folder + QStringLiteral("/veltro"), program);
+    writeFile(folder + QStringLiteral("/Contents/Info.json"), QJsonDocument(more).toJson());
+    writeFile(folder + QStringLiteral("/Contents/Resources/module.py"), version.toUtf8());
+    writeFile(folder + QStringLiteral("/veltro"), program);
     QFile::setPermissions(folder + QStringLiteral("/veltro"),
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
@@ -221,7 +222,7 @@ QJsonObject TestUpdater::serveArchive(const QString &version, const QByteArray &
     if (code != 0) {
         qFatal("no archive");
     }
-    const QByteArray archive = read(file);
+    const QByteArray archive = contentOf(file);
     m_site->serve("/archive", archive);
     const QByteArray digest = QCryptographicHash::hash(archive, QCryptographicHash::Sha256);
     return {{QStringLiteral("url"), m_site->address("/archive")},
@@ -241,11 +242,36 @@ State TestUpdater::settled()
     return isSettled ? m_manager->state() : State::checking;
 }
 
-void TestUpdater::aNewVersionIsOfferedWithItsNotes()
+State TestUpdater::checked()
+{
+    m_manager->checkForUpdates();
+    return settled();
+}
+
+State TestUpdater::checkedByItself()
+{
+    m_manager->checkByItself();
+    return settled();
+}
+
+Feed TestUpdater::serveUpdate()
 {
     Feed feed;
     feed.archive = serveArchive(feed.version);
     serveFeed(feed);
+    return feed;
+}
+
+bool TestUpdater::isAlone() const
+{
+    return QDir(m_folder->filePath(QStringLiteral("app")))
+               .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot) ==
+           QStringList{QStringLiteral("veltro")};
+}
+
+void TestUpdater::aNewVersionIsOfferedWithItsNotes()
+{
+    Feed feed = serveUpdate();
     m_manager->checkForUpdates();
     QVERIFY(m_manager->isShown());
     QCOMPARE(m_manager->state(), State::checking);
@@ -259,8 +285,7 @@ void TestUpdater::aNewVersionIsOfferedWithItsNotes()
     feed.version = QStringLiteral("0.2.0.0");
     feed.archive = {};
     serveFeed(feed); // for other machines only
-    m_manager->checkForUpdates();
-    QCOMPARE(settled(), State::available);
+    QCOMPARE(checked(), State::available);
     QVERIFY(!m_manager->canInstall());
 }
 
@@ -280,67 +305,58 @@ void TestUpdater::withoutAFeedItSaysWhereUpdatesComeFrom()
 
 void TestUpdater::aFeedThatCannotBeTrustedIsRefused_data()
 {
-    using Change = std::function<QByteArray(const QByteArray &good, const Feed &)>;
     QTest::addColumn<Change>("change");
-    const auto row = [](const char *why, Change change) {
-        QTest::newRow(why) << std::move(change);
+    const auto changed = [](const char *why, const Change &change) {
+        QTest::newRow(why) << change;
     };
-    row("a payload that was changed", [this](const QByteArray &, const Feed &feed) {
-        Feed other = feed;
-        other.notes += QLatin1Char('!');
-        return envelope(other.payload(), m_key.sign("veltro-updates-1\n" + feed.payload()));
+    changed("a payload that was changed", [this](const QByteArray &, Feed feed) {
+        const QByteArray signature = m_key.sign("veltro-updates-1\n" + feed.payload());
+        feed.notes += QLatin1Char('!');
+        return envelope(feed.payload(), signature);
     });
-    row("another's key", [](const QByteArray &, const Feed &feed) {
+    changed("another's key", [](const QByteArray &, const Feed &feed) {
         return envelope(feed.payload(), SigningKey().sign("veltro-updates-1\n" + feed.payload()));
     });
-    row("a signature made for something else", [this](const QByteArray &, const Feed &feed) {
+    changed("a signature made for something else", [this](const QByteArray &, const Feed &feed) {
         return envelope(feed.payload(), m_key.sign(feed.payload()));
     });
-    row("no signature", [](const QByteArray &, const Feed &feed) {
+    changed("no signature", [](const QByteArray &, const Feed &feed) {
         return envelope(feed.payload(), QByteArray());
     });
-    row("cut short",
-        [](const QByteArray &good, const Feed &) { return good.left(good.size() / 2); });
-    row("empty", [](const QByteArray &, const Feed &) { return QByteArray(); });
-    row("beyond measure",
-        [](const QByteArray &good, const Feed &) { return good + QByteArray(2 << 20, ' '); });
-    row("signed, and without a date", [this](const QByteArray &, const Feed &feed) {
-        Feed other = feed;
-        other.date.clear();
-        return signedFeed(other);
+    changed("cut short",
+            [](const QByteArray &good, const Feed &) { return good.left(good.size() / 2); });
+    changed("empty", [](const QByteArray &, const Feed &) { return QByteArray(); });
+    changed("beyond measure",
+            [](const QByteArray &good, const Feed &) { return good + QByteArray(2 << 20, ' '); });
+    changed("signed, and without a date", [this](const QByteArray &, Feed feed) {
+        feed.date.clear();
+        return signedFeed(feed);
     });
-    row("signed, and no version", [this](const QByteArray &, const Feed &feed) {
-        Feed other = feed;
-        other.version = QStringLiteral("1.0-rc");
-        return signedFeed(other);
+    changed("signed, and no version", [this](const QByteArray &, Feed feed) {
+        feed.version = QStringLiteral("1.0-rc");
+        return signedFeed(feed);
     });
-    row("signed, and an archive from an unsafe address",
-        [this](const QByteArray &, const Feed &feed) {
-            Feed other = feed;
-            other.archive.insert(QStringLiteral("url"), QStringLiteral("http://site.example/a"));
-            return signedFeed(other);
-        });
-    row("signed, and an archive beyond measure", [this](const QByteArray &, const Feed &feed) {
-        Feed other = feed;
-        other.archive.insert(QStringLiteral("size"), double(qint64(1) << 40));
-        return signedFeed(other);
+    changed("signed, and an archive from an unsafe address", [this](const QByteArray &, Feed feed) {
+        feed.archive.insert(QStringLiteral("url"), QStringLiteral("http://site.example/a"));
+        return signedFeed(feed);
+    });
+    changed("signed, and an archive beyond measure", [this](const QByteArray &, Feed feed) {
+        feed.archive.insert(QStringLiteral("size"), double(qint64(1) << 40));
+        return signedFeed(feed);
     });
 }
 
 void TestUpdater::aFeedThatCannotBeTrustedIsRefused()
 {
-    using Change = std::function<QByteArray(const QByteArray &good, const Feed &)>;
     QFETCH(const Change, change);
     Feed feed;
     feed.archive = serveArchive(feed.version);
     m_site->serve("/feed", change(signedFeed(feed), feed));
-    m_manager->checkForUpdates();
-    QCOMPARE(settled(), State::failed);
+    QCOMPARE(checked(), State::failed);
     QVERIFY(!m_manager->message().isEmpty());
     // Nothing of it is remembered: the true feed is taken.
     serveFeed(feed);
-    m_manager->checkForUpdates();
-    QCOMPARE(settled(), State::available);
+    QCOMPARE(checked(), State::available);
 }
 
 void TestUpdater::whatWasSeenIsNotTakenBack_data()
@@ -348,17 +364,11 @@ void TestUpdater::whatWasSeenIsNotTakenBack_data()
     QTest::addColumn<QString>("date");
     QTest::addColumn<QString>("version");
     QTest::addColumn<State>("expected");
-    const QString sameDay = QStringLiteral("2026-11-20T12:00:00Z");
-    QTest::newRow("the same again") << sameDay << QStringLiteral("0.2.0") << State::available;
-    QTest::newRow("an older list")
-        << QStringLiteral("2026-11-20T11:59:59Z") << QStringLiteral("0.2.0") << State::failed;
-    QTest::newRow("an older list with a newer version")
-        << QStringLiteral("2026-11-19T12:00:00Z") << QStringLiteral("0.3.0") << State::failed;
-    QTest::newRow("a lower version in a newer list")
-        << QStringLiteral("2026-11-21T12:00:00Z") << QStringLiteral("0.1.9") << State::failed;
-    QTest::newRow("the same moment by another clock")
-        << QStringLiteral("2026-11-20T13:00:00+01:00") << QStringLiteral("0.2.0")
-        << State::available;
+    row("the same again", "2026-11-20T12:00:00Z", "0.2.0", State::available);
+    row("an older list", "2026-11-20T11:59:59Z", "0.2.0", State::failed);
+    row("an older list with a newer version", "2026-11-19T12:00:00Z", "0.3.0", State::failed);
+    row("a lower version in a newer list", "2026-11-21T12:00:00Z", "0.1.9", State::failed);
+    row("the same moment by another clock", "2026-11-20T13:00:00+01:00", "0.2.0", State::available);
 }
 
 void TestUpdater::whatWasSeenIsNotTakenBack()
@@ -367,32 +377,27 @@ void TestUpdater::whatWasSeenIsNotTakenBack()
     QFETCH(const QString, version);
     QFETCH(const State, expected);
     serveFeed(Feed());
-    m_manager->checkForUpdates();
-    QCOMPARE(settled(), State::available);
+    QCOMPARE(checked(), State::available);
     makeManager(); // a later launch
     Feed second;
     second.date = date;
     second.version = version;
     serveFeed(second);
-    m_manager->checkForUpdates();
-    QCOMPARE(settled(), expected);
+    QCOMPARE(checked(), expected);
 }
 
 void TestUpdater::theProgramsOwnCheckSpeaksOnlyOfNews()
 {
     m_site->serve("/feed", "broken");
-    m_manager->checkByItself();
-    QCOMPARE(settled(), State::idle);
+    QCOMPARE(checkedByItself(), State::idle);
     QVERIFY(!m_manager->isShown());
     Feed feed;
     feed.version = QStringLiteral("0.1.0");
     serveFeed(feed);
-    m_manager->checkByItself();
-    QCOMPARE(settled(), State::upToDate);
+    QCOMPARE(checkedByItself(), State::upToDate);
     QVERIFY(!m_manager->isShown());
     serveFeed(Feed());
-    m_manager->checkByItself();
-    QCOMPARE(settled(), State::available);
+    QCOMPARE(checkedByItself(), State::available);
     QVERIFY(m_manager->isShown());
     QCOMPARE(m_site->asked.size(), 3);
 
@@ -400,60 +405,48 @@ void TestUpdater::theProgramsOwnCheckSpeaksOnlyOfNews()
     makeManager();
     m_manager->checkByItself();
     QCOMPARE(m_manager->state(), State::idle);
-    m_manager->checkForUpdates(); // the user may still ask
-    QCOMPARE(settled(), State::available);
+    QCOMPARE(checked(), State::available);
     QCOMPARE(m_site->asked.size(), 4);
 }
 
 void TestUpdater::aSkippedVersionIsOfferedOnlyWhenAskedFor()
 {
     serveFeed(Feed());
-    m_manager->checkByItself();
-    QCOMPARE(settled(), State::available);
+    QCOMPARE(checkedByItself(), State::available);
     m_manager->skip();
     QVERIFY(!m_manager->isShown());
     makeManager();
-    m_manager->checkByItself();
-    QCOMPARE(settled(), State::idle);
+    QCOMPARE(checkedByItself(), State::idle);
     QVERIFY(!m_manager->isShown());
-    m_manager->checkForUpdates();
-    QCOMPARE(settled(), State::available);
+    QCOMPARE(checked(), State::available);
     m_manager->later();
     Feed next;
     next.version = QStringLiteral("0.2.1");
     serveFeed(next);
-    m_manager->checkByItself();
-    QCOMPARE(settled(), State::available);
+    QCOMPARE(checkedByItself(), State::available);
     QCOMPARE(m_manager->version(), QStringLiteral("0.2.1"));
 }
 
 void TestUpdater::aBundleOfTheUserIsReplacedAsAWhole()
 {
-    write(bundle() + QStringLiteral("/Contents/Resources/gone-in-the-new-version"), "x");
-    write(m_folder->filePath(QStringLiteral("app/.veltro-update-crashed/part")), "x");
-    Feed feed;
-    feed.archive = serveArchive(feed.version);
-    serveFeed(feed);
-    m_manager->checkForUpdates();
-    QCOMPARE(settled(), State::available);
+    writeFile(bundle() + QStringLiteral("/Contents/Resources/gone-in-the-new-version"), "x");
+    writeFile(m_folder->filePath(QStringLiteral("app/.veltro-update-crashed/part")), "x");
+    serveUpdate();
+    QCOMPARE(checked(), State::available);
     m_manager->install();
     QCOMPARE(settled(), State::ready);
     QCOMPARE(m_manager->progress(), 1.0);
     // The running program keeps its own files until it ends.
-    const QString module = bundle() + QStringLiteral("/Contents/Resources/module.py");
-    QCOMPARE(read(module), QByteArray("0.1.0"));
+    QCOMPARE(installed(), QByteArray("0.1.0"));
     m_manager->finish();
-    QCOMPARE(read(module), QByteArray("0.2.0"));
+    QCOMPARE(installed(), QByteArray("0.2.0"));
     QVERIFY(QFileInfo(bundle() + QStringLiteral("/veltro")).isExecutable());
     QVERIFY(
         !QFile::exists(bundle() + QStringLiteral("/Contents/Resources/gone-in-the-new-version")));
-    QCOMPARE(QDir(m_folder->filePath(QStringLiteral("app")))
-                 .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             QStringList{QStringLiteral("veltro")});
+    QVERIFY(isAlone());
     makeManager();
     QCOMPARE(m_manager->currentVersion(), QStringLiteral("0.2.0"));
-    m_manager->checkForUpdates();
-    QCOMPARE(settled(), State::upToDate);
+    QCOMPARE(checked(), State::upToDate);
 }
 
 void TestUpdater::anArchiveThatIsNotTheSignedOneIsRefused_data()
@@ -470,7 +463,7 @@ void TestUpdater::anArchiveThatIsNotTheSignedOneIsRefused()
     QFETCH(const QByteArray, kind);
     Feed feed;
     feed.archive = serveArchive(kind == "another version" ? QStringLiteral("0.2.1") : feed.version);
-    QByteArray archive = read(m_folder->filePath(QStringLiteral("archive.tar.gz")));
+    QByteArray archive = contentOf(m_folder->filePath(QStringLiteral("archive.tar.gz")));
     if (kind == "changed") {
         archive[archive.size() / 2] = char(archive.at(archive.size() / 2) ^ 1);
     } else if (kind == "cut short") {
@@ -490,16 +483,13 @@ void TestUpdater::anArchiveThatIsNotTheSignedOneIsRefused()
         m_site->answers.remove("/archive");
     }
     serveFeed(feed);
-    m_manager->checkForUpdates();
-    QCOMPARE(settled(), State::available);
+    QCOMPARE(checked(), State::available);
     m_manager->install();
     QCOMPARE(settled(), State::failed);
     QVERIFY(!m_manager->message().isEmpty());
     m_manager->finish();
-    QCOMPARE(read(bundle() + QStringLiteral("/Contents/Resources/module.py")), QByteArray("0.1.0"));
-    QCOMPARE(QDir(m_folder->filePath(QStringLiteral("app")))
-                 .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             QStringList{QStringLiteral("veltro")});
+    QCOMPARE(installed(), QByteArray("0.1.0"));
+    QVERIFY(isAlone());
 }
 
 void TestUpdater::aPackagedCopyIsLeftToThePackageManager()
@@ -507,11 +497,8 @@ void TestUpdater::aPackagedCopyIsLeftToThePackageManager()
     writeBundle(bundle(), QStringLiteral("0.1.0"),
                 {{QStringLiteral("managedBy"), QStringLiteral("apt")}});
     makeManager();
-    Feed feed;
-    feed.archive = serveArchive(feed.version);
-    serveFeed(feed);
-    m_manager->checkForUpdates();
-    QCOMPARE(settled(), State::available);
+    serveUpdate();
+    QCOMPARE(checked(), State::available);
     QVERIFY(!m_manager->canInstall());
     QVERIFY(m_manager->message().contains(QStringLiteral("package manager")));
     m_manager->install();
@@ -521,11 +508,8 @@ void TestUpdater::aPackagedCopyIsLeftToThePackageManager()
 
 void TestUpdater::theWindowMayCloseWhileADownloadGoesOn()
 {
-    Feed feed;
-    feed.archive = serveArchive(feed.version);
-    serveFeed(feed);
-    m_manager->checkForUpdates();
-    QCOMPARE(settled(), State::available);
+    serveUpdate();
+    QCOMPARE(checked(), State::available);
     m_manager->install();
     m_manager->later();
     QVERIFY(!m_manager->isShown());
@@ -534,10 +518,8 @@ void TestUpdater::theWindowMayCloseWhileADownloadGoesOn()
     QCOMPARE(settled(), State::ready);
     // The end of the program puts it in place; a manager that goes without leaves no trace.
     m_manager.reset();
-    QCOMPARE(read(bundle() + QStringLiteral("/Contents/Resources/module.py")), QByteArray("0.1.0"));
-    QCOMPARE(QDir(m_folder->filePath(QStringLiteral("app")))
-                 .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             QStringList{QStringLiteral("veltro")});
+    QCOMPARE(installed(), QByteArray("0.1.0"));
+    QVERIFY(isAlone());
 }
 
 void TestUpdater::aRelaunchStartsTheNewCopyAsTheUserWould()
@@ -560,7 +542,7 @@ void TestUpdater::aRelaunchStartsTheNewCopyAsTheUserWould()
     QTRY_COMPARE_WITH_TIMEOUT(program.state(), QProcess::NotRunning, 60'000);
     QCOMPARE(program.exitCode(), 0);
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(told), 60'000);
-    const QList<QByteArray> lines = read(told).split('\n');
+    const QList<QByteArray> lines = contentOf(told).split('\n');
     QCOMPARE(lines.first(), "started 0 " + bundle().toUtf8() + "/veltro");
     QVERIFY(lines.contains("TOLD_TO=" + told.toUtf8()));
     for (const QByteArray &line : lines) {
@@ -568,7 +550,7 @@ void TestUpdater::aRelaunchStartsTheNewCopyAsTheUserWould()
         QVERIFY2(!line.startsWith("PYTHONHOME=") && !line.startsWith("XDG_ACTIVATION_TOKEN="),
                  line.constData());
     }
-    QCOMPARE(read(bundle() + QStringLiteral("/Contents/Resources/module.py")), QByteArray("0.2.0"));
+    QCOMPARE(installed(), QByteArray("0.2.0"));
 }
 
 QTEST_GUILESS_MAIN(TestUpdater)

@@ -1,14 +1,10 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/pasteboard.h"
 #include "platform/workspace.h"
+#include "tests/files.h"
 #include "tests/platform/private_bus.h"
 
-#include <QClipboard>
-#include <QDir>
 #include <QGuiApplication>
-#include <QMimeData>
-#include <QSignalSpy>
 #include <QTest>
 #include <QThreadPool>
 
@@ -58,8 +54,6 @@ private Q_SLOTS:
     void theFolderIsOpenedWhereNoFileManagerAnswers();
     void whatIsStartedDoesNotSeeTheInterpretersSettings();
     void aSoundMayBeAskedForAnywhere();
-    void theClipboardGivesAndTakesText();
-    void aClipboardBeyondMeasureIsNotRead();
 
 private:
     QString makeFile(const QString &name, const QByteArray &content, bool isExecutable = false);
@@ -75,13 +69,9 @@ void TestWorkspace::initTestCase()
 QString TestWorkspace::makeFile(const QString &name, const QByteArray &content, bool isExecutable)
 {
     const QString path = m_folder.filePath(name);
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        qFatal("no file %s", qPrintable(path));
-    }
-    file.write(content);
-    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner |
-                        (isExecutable ? QFile::ExeOwner : QFile::Permissions()));
+    static_cast<void>(test::writeFile(path, content));
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner |
+                                    (isExecutable ? QFile::ExeOwner : QFile::Permissions()));
     return path;
 }
 
@@ -213,7 +203,6 @@ void TestWorkspace::theFolderIsOpenedWhereNoFileManagerAnswers()
 void TestWorkspace::whatIsStartedDoesNotSeeTheInterpretersSettings()
 {
     const QString out = m_folder.filePath(QStringLiteral("seen"));
-    QDir(m_folder.path()).mkdir(QStringLiteral("bin"));
     makeFile(QStringLiteral("bin/xdg-open"),
              "#!/bin/sh\n{ env; echo \"arg=$1\"; } >'" + out.toUtf8() + ".new'\nmv '" +
                  out.toUtf8() + ".new' '" + out.toUtf8() + "'\n",
@@ -227,9 +216,7 @@ void TestWorkspace::whatIsStartedDoesNotSeeTheInterpretersSettings()
     QVERIFY(workspace.openWebPage(QUrl(QStringLiteral("https://site.example/"))));
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(out), 30'000);
     qputenv("PATH", path);
-    QFile file(out);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray seen = file.readAll();
+    const QByteArray seen = test::contentOf(out);
     QVERIFY(seen.contains("arg=https://site.example/"));
     QVERIFY(seen.contains("HOME="));
     QVERIFY(!seen.contains("/of/the/bundle"));
@@ -242,29 +229,6 @@ void TestWorkspace::aSoundMayBeAskedForAnywhere()
     workspace.haptic();
     QVERIFY(QThreadPool::globalInstance()->waitForDone(30'000));
     QCoreApplication::processEvents();
-}
-
-void TestWorkspace::theClipboardGivesAndTakesText()
-{
-    DesktopPasteboard pasteboard;
-    QGuiApplication::clipboard()->clear();
-    QVERIFY(!pasteboard.text());
-    QSignalSpy changed(&pasteboard, &Pasteboard::changed);
-    pasteboard.setText(QStringLiteral(" https://site.example/ \n"));
-    QCOMPARE(pasteboard.text(), QStringLiteral(" https://site.example/ \n"));
-    QVERIFY(changed.size() >= 1);
-    auto *const picture = new QMimeData; // the clipboard's from here on
-    picture->setData(QStringLiteral("image/png"), "no text");
-    QGuiApplication::clipboard()->setMimeData(picture);
-    QVERIFY(!pasteboard.text());
-}
-
-void TestWorkspace::aClipboardBeyondMeasureIsNotRead()
-{
-    DesktopPasteboard pasteboard;
-    QGuiApplication::clipboard()->setText(QString(50'000'000, QChar(u'x')));
-    QVERIFY(!pasteboard.text());
-    QGuiApplication::clipboard()->clear();
 }
 
 int main(int argc, char **argv)
