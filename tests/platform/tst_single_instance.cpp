@@ -19,9 +19,12 @@ const QString page = QStringLiteral("https://site.example/a?b=1");
 /// One start of the program, as a process.
 class Start {
 public:
-    explicit Start(const QProcessEnvironment &environment)
+    explicit Start(const QProcessEnvironment &environment, const QStringList &links = {})
     {
         process.setProcessEnvironment(environment);
+        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/instance-probe"),
+                      links);
     }
     ~Start()
     {
@@ -30,12 +33,6 @@ public:
             process.kill();
             process.waitForFinished();
         }
-    }
-    void run(const QStringList &links)
-    {
-        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/instance-probe"),
-                      links);
     }
     void setReady() { process.write("ready\n"); }
     /// The next line that it says.
@@ -109,17 +106,15 @@ QProcessEnvironment TestSingleInstance::environment(bool hasBus) const
 void TestSingleInstance::aSecondStartHandsItsLinksOverAndLeaves()
 {
     QFETCH(const bool, hasBus);
-    Start first(environment(hasBus));
-    first.run({QStringLiteral("http://own.example/")});
+    Start first(environment(hasBus), {QStringLiteral("http://own.example/")});
     QCOMPARE(first.line(), QStringLiteral("first"));
     first.setReady();
     QCOMPARE(first.line(), QStringLiteral("link veltro://open?url=http%3A%2F%2Fown.example%2F"));
 
     QProcessEnvironment withToken = environment(hasBus);
     withToken.insert(QStringLiteral("XDG_ACTIVATION_TOKEN"), QStringLiteral("token-1"));
-    Start second(withToken);
-    second.run({page, QStringLiteral("no link"),
-                QStringLiteral("veltro://item/6a1f0c5e-4e3c-4c8e-9d4e-0b8f6f6d2a11")});
+    Start second(withToken, {page, QStringLiteral("no link"),
+                             QStringLiteral("veltro://item/6a1f0c5e-4e3c-4c8e-9d4e-0b8f6f6d2a11")});
     QCOMPARE(second.line(), QStringLiteral("handed over"));
     QTRY_COMPARE(second.process.state(), QProcess::NotRunning);
     QCOMPARE(first.line(), QStringLiteral("activated token-1"));
@@ -127,7 +122,6 @@ void TestSingleInstance::aSecondStartHandsItsLinksOverAndLeaves()
     QCOMPARE(first.line(), QStringLiteral("item 6a1f0c5e-4e3c-4c8e-9d4e-0b8f6f6d2a11"));
 
     Start third(environment(hasBus));
-    third.run({});
     QCOMPARE(third.line(), QStringLiteral("handed over"));
     QCOMPARE(first.line(), QStringLiteral("activated"));
 }
@@ -136,11 +130,9 @@ void TestSingleInstance::whatComesBeforeTheWindowIsReadyIsKept()
 {
     QFETCH(const bool, hasBus);
     Start first(environment(hasBus));
-    first.run({});
     QCOMPARE(first.line(), QStringLiteral("first"));
     for (const char *const number : {"1", "2"}) {
-        Start later(environment(hasBus));
-        later.run({QStringLiteral("http://a/") + QLatin1String(number)});
+        Start later(environment(hasBus), {QStringLiteral("http://a/") + QLatin1String(number)});
         QCOMPARE(later.line(), QStringLiteral("handed over"));
     }
     QVERIFY(!first.process.canReadLine());
@@ -157,8 +149,8 @@ void TestSingleInstance::startsAtTheSameMomentMakeOneProcess()
     constexpr int starts = 5;
     std::vector<std::unique_ptr<Start>> all;
     for (int i = 0; i < starts; ++i) {
-        all.push_back(std::make_unique<Start>(environment(hasBus)));
-        all.back()->run({QStringLiteral("http://a/%1").arg(i)});
+        all.push_back(std::make_unique<Start>(environment(hasBus),
+                                              QStringList(QStringLiteral("http://a/%1").arg(i))));
     }
     Start *first = nullptr;
     int handedOver = 0;
@@ -192,23 +184,19 @@ void TestSingleInstance::afterTheFirstEndedTheNextIsTheFirst()
     QFETCH(const bool, hasBus);
     {
         Start first(environment(hasBus));
-        first.run({});
         QCOMPARE(first.line(), QStringLiteral("first"));
         first.process.kill(); // as a crash leaves it
         QVERIFY(first.process.waitForFinished());
     }
     Start next(environment(hasBus));
-    next.run({});
     QCOMPARE(next.line(), QStringLiteral("first"));
     Start later(environment(hasBus));
-    later.run({});
     QCOMPARE(later.line(), QStringLiteral("handed over"));
 }
 
 void TestSingleInstance::theDesktopCallsItAsAnApplication()
 {
     Start first(environment(true));
-    first.run({});
     QCOMPARE(first.line(), QStringLiteral("first"));
     first.setReady();
     // As the desktop's own tools call it.
@@ -243,8 +231,7 @@ void TestSingleInstance::aFolderThatTakesNoFilesStopsNoStart()
     QProcessEnvironment nowhere = environment(false);
     nowhere.insert(QStringLiteral("XDG_RUNTIME_DIR"), QStringLiteral("/proc/nowhere"));
     nowhere.insert(QStringLiteral("XDG_DATA_HOME"), QStringLiteral("/proc/nowhere"));
-    Start start(nowhere);
-    start.run({page});
+    Start start(nowhere, {page});
     QCOMPARE(start.line(), QStringLiteral("first"));
     start.setReady();
     QCOMPARE(start.line(), QStringLiteral("link ") + wrapped);
