@@ -8,30 +8,18 @@
 #include <QTest>
 
 namespace veltro {
-namespace {
 
-QQuickItem *firstBelow(QQuickItem *above, const ScreenUnderTest::Test &test)
+QList<QQuickItem *> itemsWhere(QQuickItem &above, const ItemTest &test)
 {
-    if (test(*above)) {
-        return above;
+    QList<QQuickItem *> found;
+    if (test(above)) {
+        found.append(&above);
     }
-    const QList<QQuickItem *> children = above->childItems();
+    const QList<QQuickItem *> children = above.childItems();
     for (QQuickItem *child : children) {
-        if (QQuickItem *found = firstBelow(child, test)) {
-            return found;
-        }
+        found += itemsWhere(*child, test);
     }
-    return nullptr;
-}
-
-QQuickItem *orFatal(QQuickItem *item, const char *name)
-{
-    if (!item) {
-        qFatal("no item is called %s", name);
-    }
-    return item;
-}
-
+    return found;
 }
 
 void ScreenUnderTest::prepare()
@@ -41,6 +29,7 @@ void ScreenUnderTest::prepare()
 
 ScreenUnderTest::ScreenUnderTest(const char *file, const QVariantMap &properties)
 {
+    applyAppearance();
     m_view.engine()->addImportPath(QStringLiteral(":/qt/qml"));
     m_view.setResizeMode(QQuickView::SizeRootObjectToView);
     m_view.resize(980, 680);
@@ -64,37 +53,24 @@ void ScreenUnderTest::resize(QSize size)
     }
 }
 
-QQuickItem *ScreenUnderTest::itemWhere(const Test &test) const
-{
-    return firstBelow(m_view.contentItem(), test);
-}
-
 QQuickItem *ScreenUnderTest::named(QQuickItem *above, const char *name)
 {
-    const QString wanted = QString::fromLatin1(name);
-    return orFatal(
-        above
-            ? firstBelow(above, [&](const QQuickItem &item) { return item.objectName() == wanted; })
-            : nullptr,
-        name);
-}
-
-QQuickItem *ScreenUnderTest::named(const char *name) const
-{
-    return named(m_view.contentItem(), name);
+    const auto isNamed = [wanted = QString::fromLatin1(name)](const QQuickItem &item) {
+        return item.objectName() == wanted;
+    };
+    QQuickItem *item = above ? itemsWhere(*above, isNamed).value(0) : nullptr;
+    if (!item) {
+        qFatal("no item is called %s", name);
+    }
+    return item;
 }
 
 QQuickItem *ScreenUnderTest::withText(const char *text) const
 {
-    const QString wanted = QString::fromUtf8(text);
-    return itemWhere([&](const QQuickItem &item) {
-        return item.isVisible() && item.property("text").toString() == wanted;
-    });
-}
-
-bool ScreenUnderTest::shows(const QString &text) const
-{
-    return withText(text.toUtf8().constData()) != nullptr;
+    return items([wanted = QString::fromUtf8(text)](const QQuickItem &item) {
+               return item.isVisible() && item.property("text") == wanted;
+           })
+        .value(0);
 }
 
 QMetaMethod ScreenUnderTest::signalNamed(const char *name) const

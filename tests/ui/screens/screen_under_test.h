@@ -10,11 +10,15 @@
 
 namespace veltro {
 
+using ItemTest = std::function<bool(const QQuickItem &)>;
+/// The items from that one down, itself first, that pass.
+[[nodiscard]] QList<QQuickItem *> itemsWhere(QQuickItem &above, const ItemTest &test);
+
 /// A screen of the program, shown in a window of its own and driven as a person does. A name that
 /// is asked for and not there ends the test.
 class ScreenUnderTest {
 public:
-    /// Sets what the program sets before its first window. Once, before the first screen.
+    /// Sets what the program sets before its first window.
     static void prepare();
 
     ScreenUnderTest(const char *file, const QVariantMap &properties);
@@ -24,15 +28,24 @@ public:
     /// Returns when the screen has taken the size.
     void resize(QSize size);
 
-    using Test = std::function<bool(const QQuickItem &)>;
-    /// The first item, in the window or over it, that passes; null when there is none.
-    [[nodiscard]] QQuickItem *itemWhere(const Test &test) const;
+    /// The items, in the window or over it, that pass.
+    [[nodiscard]] QList<QQuickItem *> items(const ItemTest &test) const
+    {
+        return itemsWhere(*m_view.contentItem(), test);
+    }
+    [[nodiscard]] QQuickItem *itemWhere(const ItemTest &test) const { return items(test).value(0); }
     /// The first item of this object name.
-    [[nodiscard]] QQuickItem *named(const char *name) const;
+    [[nodiscard]] QQuickItem *named(const char *name) const
+    {
+        return named(m_view.contentItem(), name);
+    }
     [[nodiscard]] static QQuickItem *named(QQuickItem *above, const char *name);
     /// The first item that is seen and has this text; null when there is none.
     [[nodiscard]] QQuickItem *withText(const char *text) const;
-    [[nodiscard]] bool shows(const QString &text) const;
+    [[nodiscard]] bool shows(const QString &text) const
+    {
+        return withText(text.toUtf8().constData()) != nullptr;
+    }
 
     /// The signal of the screen's own of this name.
     [[nodiscard]] QMetaMethod signalNamed(const char *name) const;
