@@ -8,7 +8,8 @@
 namespace veltro {
 
 // An item is named by a path of steps: #name is an object's name, @name a drawing's, anything else
-// is a text that is seen. Each ^ after a step goes to what holds the item.
+// is a text that is seen. Each ^ after a step goes to what holds the item. A row may name several
+// items that look alike, with " | " between two.
 
 constexpr double any = -1000; ///< where the design leaves a number open
 
@@ -32,7 +33,7 @@ struct BoxRow {
 
 /// How far one item's edges lie within another's.
 struct InsetRow {
-    const char *outer;
+    const char *item;
     const char *inner;
     double left = any;
     double top = any;

@@ -10,8 +10,28 @@
 #include <QQmlComponent>
 #include <QQuickItem>
 
+using namespace Qt::StringLiterals;
+
 namespace veltro {
 namespace {
+
+/// The files that have several scenes. Each is told which of them to show, and knows these alone.
+const QHash<QString, QStringList> &filesOfScenes()
+{
+    static const QHash<QString, QStringList> files{
+        {u"Libraries"_s, {u"LibraryScreen"_s, u"LibraryMany"_s}},
+        {u"Pickers"_s,
+         {u"PickerMixed"_s, u"PickerUnplayable"_s, u"PickerFormatless"_s, u"PickerPlaylist"_s,
+          u"PickerEmptyPlaylist"_s}},
+        {u"Queues"_s, {u"QueueEmpty"_s, u"QueueFull"_s, u"QueueEnd"_s}},
+        {u"Sheets"_s, {u"About"_s, u"BatchFilled"_s, u"DesignAlert"_s, u"QueueDetails"_s}},
+        {u"Windows"_s,
+         {u"WindowHome"_s, u"WindowHomeFull"_s, u"WindowQueueEmpty"_s, u"WindowQueue"_s,
+          u"WindowLibrary"_s, u"WindowSettings"_s, u"WindowToasts"_s, u"WindowPicker"_s,
+          u"WindowBatch"_s, u"WindowEngineError"_s, u"WindowUpdates"_s}},
+    };
+    return files;
+}
 
 std::unique_ptr<QQuickWindow> windowAround(QQuickItem *page)
 {
@@ -26,10 +46,16 @@ std::unique_ptr<QQuickWindow> windowAround(QQuickItem *page)
 
 }
 
-QFileInfoList galleryPages()
+QStringList galleryPages()
 {
-    return QDir(QStringLiteral(VELTRO_GALLERY_PAGES))
-        .entryInfoList({QStringLiteral("*.qml")}, QDir::Files, QDir::Name);
+    QStringList pages;
+    const QStringList files = QDir(u"" VELTRO_GALLERY_PAGES ""_s).entryList({u"*.qml"_s});
+    for (const QString &file : files) {
+        const QString name = file.chopped(4);
+        pages += filesOfScenes().value(name, {name});
+    }
+    pages.sort();
+    return pages;
 }
 
 void prepareGallery()
@@ -39,11 +65,20 @@ void prepareGallery()
     prepareGalleryLibrary();
 }
 
-GalleryPage::GalleryPage(const QFileInfo &page, QSize size)
+GalleryPage::GalleryPage(const QString &page, QSize size)
 {
-    m_engine.addImportPath(QStringLiteral(":/qt/qml"));
-    QQmlComponent component(&m_engine, QUrl::fromLocalFile(page.filePath()));
-    QObject *root = component.create();
+    QString file = page;
+    QVariantMap properties;
+    for (const auto &[name, scenes] : filesOfScenes().asKeyValueRange()) {
+        if (scenes.contains(page)) {
+            file = name;
+            properties = {{u"scene"_s, page}};
+        }
+    }
+    m_engine.addImportPath(u":/qt/qml"_s);
+    QQmlComponent component(&m_engine,
+                            QUrl::fromLocalFile(u"" VELTRO_GALLERY_PAGES "/"_s + file + u".qml"_s));
+    QObject *root = component.createWithInitialProperties(properties);
     if (!root) {
         qWarning("%s", qPrintable(component.errorString()));
         return;

@@ -11,14 +11,19 @@
 #include <QGuiApplication>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
+
+using namespace Qt::StringLiterals;
 
 namespace veltro {
 namespace {
 
-bool savePage(const QFileInfo &page, const QDir &folder, QSize size)
+bool savePage(const QString &page, const QDir &folder)
 {
-    const GalleryPage shown(page, size);
+    const QList<QByteArray> sides = qgetenv("VELTRO_GALLERY_SIZE").split('x');
+    const GalleryPage shown(page, sides.size() == 2 ? QSize(sides[0].toInt(), sides[1].toInt())
+                                                    : QSize(980, 680));
     if (!shown.window()) {
         return false;
     }
@@ -27,40 +32,17 @@ bool savePage(const QFileInfo &page, const QDir &folder, QSize size)
     QEventLoop settled;
     QTimer::singleShot(900, &settled, &QEventLoop::quit);
     settled.exec();
-    return shown.window()->grabWindow().save(
-        folder.filePath(page.completeBaseName() + QStringLiteral(".png")));
+    return shown.window()->grabWindow().save(folder.filePath(page + u".png"_s));
 }
 
-int savePages(const QDir &folder, const QString &only, QSize size)
+int showPage(const QString &page)
 {
-    for (const QFileInfo &page : galleryPages()) {
-        if ((only.isEmpty() || page.completeBaseName() == only) && !savePage(page, folder, size)) {
-            return 1;
-        }
+    const GalleryPage shown(page);
+    if (!shown.window()) {
+        return 1;
     }
-    return 0;
-}
-
-QSize pictureSize()
-{
-    const QList<QByteArray> sides = qgetenv("VELTRO_GALLERY_SIZE").split('x');
-    return sides.size() == 2 ? QSize(sides[0].toInt(), sides[1].toInt()) : QSize(980, 680);
-}
-
-int showPage(const QString &name)
-{
-    for (const QFileInfo &page : galleryPages()) {
-        if (page.completeBaseName() != name) {
-            continue;
-        }
-        const GalleryPage shown(page);
-        if (!shown.window()) {
-            return 1;
-        }
-        shown.window()->show();
-        return QGuiApplication::exec();
-    }
-    return 1;
+    shown.window()->show();
+    return QGuiApplication::exec();
 }
 
 }
@@ -71,15 +53,17 @@ int main(int argc, char *argv[])
     using namespace veltro;
     const QGuiApplication application(argc, argv);
     prepareGallery();
-    const QStringList arguments = QGuiApplication::arguments();
-    if (arguments.value(1) == QStringLiteral("--save")) {
-        return savePages(QDir(arguments.value(2)), arguments.value(3), pictureSize());
+    const QStringList words = QGuiApplication::arguments();
+    if (words.value(1) == u"--save") {
+        const QStringList pages = words.size() > 3 ? words.mid(3) : galleryPages();
+        return std::ranges::all_of(
+                   pages, [&](const QString &page) { return savePage(page, words.value(2)); })
+                   ? 0
+                   : 1;
     }
-    if (arguments.size() > 1) {
-        return showPage(arguments.at(1));
+    if (words.size() > 1) {
+        return showPage(words[1]);
     }
-    for (const QFileInfo &page : galleryPages()) {
-        std::puts(qPrintable(page.completeBaseName()));
-    }
+    std::puts(qPrintable(galleryPages().join(u'\n')));
     return 0;
 }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: Veltro contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/ui/gallery/gallery_pages.h"
+#include "tests/ui/screens/screen_under_test.h"
 #include "tests/ui/screens/text_layout.h"
 
 #include <QQuickItem>
@@ -23,20 +24,18 @@ int colourCount(const QImage &picture)
 }
 
 /// The popups that have come all the way.
-int openPopups(const QQuickItem &item)
+qsizetype openPopups(const QQuickWindow &window)
 {
-    int count = 0;
-    const QList<QQuickItem *> children = item.childItems();
-    for (const QQuickItem *child : children) {
-        const bool isOpen = child->inherits("QQuickPopupItem") && child->isVisible() &&
-                            child->opacity() == 1 && child->scale() == 1;
-        count += int(isOpen) + openPopups(*child);
-    }
-    return count;
+    return itemsWhere(*window.contentItem(),
+                      [](const QQuickItem &item) {
+                          return item.inherits("QQuickPopupItem") && item.isVisible() &&
+                                 item.opacity() == 1 && item.scale() == 1;
+                      })
+        .size();
 }
 
 /// How many popups a page opens, by its own word.
-int wantedPopups(const QQuickWindow &window)
+qsizetype wantedPopups(const QQuickWindow &window)
 {
     const QObject *page = window.contentItem()->childItems().value(0);
     const QVariant own = window.property("popups");
@@ -52,9 +51,9 @@ private Q_SLOTS:
 
     void everyPageDrawsItsTextsInTheirPlaces_data()
     {
-        QTest::addColumn<QFileInfo>("page");
-        for (const QFileInfo &page : galleryPages()) {
-            QTest::newRow(qPrintable(page.completeBaseName())) << page;
+        QTest::addColumn<QString>("page");
+        for (const QString &page : galleryPages()) {
+            QTest::newRow(qPrintable(page)) << page;
         }
     }
     void everyPageDrawsItsTextsInTheirPlaces();
@@ -62,7 +61,7 @@ private Q_SLOTS:
 
 void TestGallery::everyPageDrawsItsTextsInTheirPlaces()
 {
-    QFETCH(QFileInfo, page);
+    QFETCH(QString, page);
     // No window is raised where there is no desktop.
     QTest::failOnWarning(
         QRegularExpression(QStringLiteral("^(?!This plugin does not support raise)")));
@@ -72,7 +71,7 @@ void TestGallery::everyPageDrawsItsTextsInTheirPlaces()
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     QTRY_VERIFY(colourCount(window.grabWindow()) >= 3);
-    QTRY_COMPARE(openPopups(*window.contentItem()), wantedPopups(window));
+    QTRY_COMPARE(openPopups(window), wantedPopups(window));
     for (const QSize size : {QSize(980, 680), QSize(1366, 768), QSize(1600, 1000)}) {
         window.resize(size.boundedTo(window.maximumSize()));
         QString faults;

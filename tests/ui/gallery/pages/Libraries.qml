@@ -4,8 +4,12 @@ import QtQuick
 import Veltro.Design
 import Veltro.Library
 
-/// The library with items in it, one of them chosen.
+/// The library with one of its items chosen, or all.
 Rectangle {
+    id: root
+
+    required property string scene
+
     color: Theme.page
 
     LibraryMacView {
@@ -15,7 +19,10 @@ Rectangle {
 
         Connections {
             function onRowsInserted() {
-                view.screen.selection.move(0, Qt.NoModifier);
+                if (root.scene === "LibraryMany")
+                    view.screen.selection.selectAll();
+                else
+                    view.screen.selection.move(0, Qt.NoModifier);
             }
             target: view.screen.items
         }

@@ -5,14 +5,20 @@ import Veltro.Design
 import Veltro.Picker
 import Veltro.Samples
 
-/// A page that is a list of entries.
+/// The sheet for a format, by what the page has, with titles of every kind.
 Rectangle {
+    id: root
+
+    required property string scene
+    readonly property list<string> scenes: ["PickerMixed", "PickerUnplayable", "PickerFormatless", "PickerPlaylist", "PickerEmptyPlaylist"]
+    readonly property int kind: scenes.indexOf(scene) // which are in the order of the pages
+
     color: Theme.page
 
     SampleRequest {
         id: sample
-        page: SampleRequest.Playlist
-        title: 3
+        page: root.kind
+        title: [1, 2, 4, 3, 8][root.kind]
     }
     Surface {
         anchors.centerIn: parent
@@ -27,6 +33,8 @@ Rectangle {
             anchors.fill: parent
             picker: FormatPicker {
                 request: sample.request
+                Component.onCompleted: if (root.scene === "PickerMixed")
+                    section = FormatPicker.All
             }
         }
     }
