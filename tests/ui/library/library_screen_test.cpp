@@ -6,25 +6,14 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace veltro {
-namespace {
-
-void visitBelow(QQuickItem &item, const std::function<void(QQuickItem &)> &visitor)
-{
-    visitor(item);
-    const QList<QQuickItem *> children = item.childItems();
-    for (QQuickItem *child : children) {
-        visitBelow(*child, visitor);
-    }
-}
-
-}
 
 void LibraryScreenTest::initTestCase()
 {
-    ScreenUnderTest::prepare();
     m_red = m_media.filePath(u"red.mp4"_s);
     QVERIFY(ffmpeg::makeMedia(
         u"-f lavfi -i color=red:size=320x180:rate=25:duration=4 -c:v libx264 -preset ultrafast "
@@ -53,6 +42,13 @@ void LibraryScreenTest::show()
     m_view->root()->forceActiveFocus();
 }
 
+DownloadItem LibraryScreenTest::film(const QString &title)
+{
+    DownloadItem item = m_library->item(title);
+    m_library->giveFile(item, m_red);
+    return item;
+}
+
 void LibraryScreenTest::saveTitles(const QStringList &titles)
 {
     std::vector<DownloadItem> items;
@@ -62,37 +58,39 @@ void LibraryScreenTest::saveTitles(const QStringList &titles)
     m_library->save(items);
 }
 
-void LibraryScreenTest::visit(const std::function<void(QQuickItem &)> &visitor) const
+std::vector<DownloadItem> LibraryScreenTest::saveNumbers(int count, qint64 bytes)
 {
-    visitBelow(*window()->contentItem(), visitor);
+    std::vector<DownloadItem> items;
+    for (int number = 0; number < count; ++number) {
+        items.push_back(m_library->item(QString::number(number)));
+        items.back().fileSizeBytes = bytes;
+    }
+    m_library->save(items);
+    return items;
 }
 
 QList<QQuickItem *> LibraryScreenTest::all(const char *type) const
 {
-    QList<QQuickItem *> found;
-    visit([&](QQuickItem &item) {
-        if (item.isVisible() && QByteArray(item.metaObject()->className()).startsWith(type)) {
-            found.append(&item);
-        }
+    return m_view->items([type](const QQuickItem &item) {
+        return item.isVisible() && QByteArray(item.metaObject()->className()).startsWith(type);
     });
-    return found;
 }
 
 QQuickItem *LibraryScreenTest::tile(const QString &title) const
 {
-    for (QQuickItem *one : all("LibraryTile_")) {
-        if (one->property("title") == title) {
-            return one;
-        }
-    }
-    return nullptr;
+    const QList<QQuickItem *> tiles = all("LibraryTile_");
+    const auto isMeant = [&](const QQuickItem *one) { return one->property("title") == title; };
+    const auto found = std::ranges::find_if(tiles, isMeant);
+    return found == tiles.end() ? nullptr : *found;
 }
 
 QQuickItem *LibraryScreenTest::firstWithText(const char *base, const QString &text) const
 {
-    return m_view->itemWhere([&](const QQuickItem &item) {
-        return item.isVisible() && item.inherits(base) && item.property("text") == text;
-    });
+    return m_view
+        ->items([&](const QQuickItem &item) {
+            return item.isVisible() && item.inherits(base) && item.property("text") == text;
+        })
+        .value(0);
 }
 
 QQuickItem *LibraryScreenTest::shownText(const QString &text) const

@@ -7,7 +7,6 @@
 
 #include <QTest>
 
-#include <functional>
 #include <memory>
 
 namespace veltro {
@@ -21,13 +20,16 @@ protected:
     static constexpr int patience = 30'000; // milliseconds
 
     void show();
+    /// An item with a file that plays.
+    [[nodiscard]] DownloadItem film(const QString &title);
     void saveTitles(const QStringList &titles);
+    /// Saves that many items with numbers for titles, from 0 on.
+    std::vector<DownloadItem> saveNumbers(int count, qint64 bytes = 0);
     [[nodiscard]] LibraryScreen *screen() const
     {
         return m_view->root()->property("screen").value<LibraryScreen *>();
     }
     [[nodiscard]] QQuickView *window() const { return m_view->window(); }
-    void visit(const std::function<void(QQuickItem &)> &visitor) const;
     /// What is seen of that type, whose name may be cut off at its end.
     [[nodiscard]] QList<QQuickItem *> all(const char *type) const;
     [[nodiscard]] QQuickItem *first(const char *type) const { return all(type).value(0); }
@@ -51,6 +53,7 @@ protected:
 
     QString m_red; // a film of four seconds
     std::unique_ptr<LibraryFixture> m_library;
+    std::unique_ptr<ScreenUnderTest> m_view;
 
 private Q_SLOTS:
     void initTestCase();
@@ -61,7 +64,6 @@ private:
     [[nodiscard]] QQuickItem *firstWithText(const char *base, const QString &text) const;
 
     QTemporaryDir m_media;
-    std::unique_ptr<ScreenUnderTest> m_view;
 };
 
 }

@@ -5,7 +5,6 @@
 #include "ui/player/video_player.h"
 
 #include <QDir>
-#include <QGuiApplication>
 #include <QTest>
 
 #include <algorithm>
@@ -30,10 +29,8 @@ private Q_SLOTS:
 
 void LibraryChoiceTest::aClickPlaysAndAnotherPlaysTheOther()
 {
-    DownloadItem one = m_library->item(u"one"_s);
-    DownloadItem two = m_library->item(u"two"_s);
-    m_library->giveFile(one, m_red);
-    m_library->giveFile(two, m_red);
+    const DownloadItem one = film(u"one"_s);
+    const DownloadItem two = film(u"two"_s);
     m_library->save({one, two});
     show();
     click(u"one"_s);
@@ -53,9 +50,8 @@ void LibraryChoiceTest::aClickPlaysAndAnotherPlaysTheOther()
 
 void LibraryChoiceTest::manyAreCountedSummedAndDeleted()
 {
-    DownloadItem one = m_library->item(u"one"_s);
+    DownloadItem one = film(u"one"_s);
     DownloadItem two = m_library->item(u"two"_s);
-    m_library->giveFile(one, m_red);
     m_library->giveThumbnail(one, Qt::blue);
     one.fileSizeBytes = 1'500'000;
     two.fileSizeBytes = 2'000'000;
@@ -68,7 +64,7 @@ void LibraryChoiceTest::manyAreCountedSummedAndDeleted()
     QVERIFY(shownText(u"Click any tile to play it here."_s));
     QQuickItem *deletes = button(u"Delete 2 items"_s);
     QVERIFY(deletes);
-    QTest::mouseClick(window(), Qt::LeftButton, {}, middle(deletes));
+    m_view->click(deletes);
     QTRY_COMPARE_WITH_TIMEOUT(screen()->items()->rowCount(), 1, patience);
     QVERIFY(shownText(u"Pick a clip"_s));
     QCOMPARE(m_library->storedTitles(), QStringList{u"three"_s});
@@ -78,8 +74,7 @@ void LibraryChoiceTest::manyAreCountedSummedAndDeleted()
 
 void LibraryChoiceTest::theMenuLeavesTheChoiceAlone()
 {
-    DownloadItem one = m_library->item(u"one"_s);
-    m_library->giveFile(one, m_red);
+    const DownloadItem one = film(u"one"_s);
     m_library->save({one, m_library->item(u"two"_s), m_library->item(u"three"_s)});
     show();
     click(u"two"_s);
@@ -114,7 +109,7 @@ void LibraryChoiceTest::theMenuLeavesTheChoiceAlone()
     click(u"three"_s, Qt::ControlModifier);
     openMenu(u"one"_s);
     QCOMPARE(lines().last(), u"Delete 2 items"_s);
-    QTest::mouseClick(window(), Qt::LeftButton, {}, middle(all("MenuItem_").last()));
+    m_view->click(all("MenuItem_").last());
     QTRY_COMPARE_WITH_TIMEOUT(m_library->storedTitles(), QStringList{u"one"_s}, patience);
     QVERIFY(QFile::exists(one.localFileURL->toLocalFile()));
 }
@@ -131,8 +126,7 @@ void LibraryChoiceTest::deletingGoesOnWhereAFileStays()
     // A folder is no file that could be removed.
     QVERIFY(QDir().mkpath(m_library->path(u"folder/inner"_s)));
     stays.localFileURL = QUrl::fromLocalFile(m_library->path(u"folder"_s));
-    DownloadItem goes = m_library->item(u"goes"_s);
-    m_library->giveFile(goes, m_red);
+    const DownloadItem goes = film(u"goes"_s);
     m_library->save({stays, goes});
     show();
     QTRY_VERIFY(tile(u"goes"_s));
@@ -150,24 +144,21 @@ void LibraryChoiceTest::deletingGoesOnWhereAFileStays()
 
 void LibraryChoiceTest::revealsAndOpens()
 {
-    DownloadItem one = m_library->item(u"one"_s);
-    m_library->giveFile(one, m_red);
-    DownloadItem two = m_library->item(u"two"_s);
-    m_library->giveFile(two, m_red);
+    const DownloadItem one = film(u"one"_s);
+    const DownloadItem two = film(u"two"_s);
     m_library->save({one, two});
     show();
     click(u"one"_s);
     QTRY_VERIFY(button(u"Show in Finder"_s));
-    QTest::mouseClick(window(), Qt::LeftButton, {}, middle(button(u"Show in Finder"_s)));
+    m_view->click(button(u"Show in Finder"_s));
     QCOMPARE(m_library->workspace.revealed, QList<QUrl>{*one.localFileURL});
-    QTest::mouseClick(window(), Qt::LeftButton, {}, middle(button(u"Open"_s)));
+    m_view->click(button(u"Open"_s));
     QCOMPARE(m_library->workspace.opened, QList<QUrl>{*one.localFileURL});
 }
 
 void LibraryChoiceTest::remembersVolumeAndDivider()
 {
-    DownloadItem one = m_library->item(u"one"_s);
-    m_library->giveFile(one, m_red);
+    const DownloadItem one = film(u"one"_s);
     m_library->save({one});
     show();
     screen()->rememberVolume(0.25, true);
@@ -185,12 +176,5 @@ void LibraryChoiceTest::remembersVolumeAndDivider()
     QCOMPARE(screen()->selection()->count(), 0);
 }
 
-int main(int argc, char **argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
-    LibraryChoiceTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(LibraryChoiceTest)
 #include "tst_library_choice.moc"

@@ -65,13 +65,11 @@ QList<QUrl> LibraryDragTest::dragOut(const QString &title)
 void LibraryDragTest::aTileGivesItsFileAndTheChoiceAllOfTheirs()
 {
     // A name that an address has to encode.
-    DownloadItem one = m_library->item(u"one"_s);
-    m_library->giveFile(one, m_red);
+    DownloadItem one = film(u"one"_s);
     const QString odd = m_library->path(u"100 % été #1.mp4"_s);
     QVERIFY(QFile::rename(one.localFileURL->toLocalFile(), odd));
     one.localFileURL = QUrl::fromLocalFile(odd);
-    DownloadItem two = m_library->item(u"two"_s);
-    m_library->giveFile(two, m_red);
+    const DownloadItem two = film(u"two"_s);
     m_library->save({one, two, m_library->item(u"three"_s)});
     show();
     window()->setPosition(40, 40);

@@ -7,7 +7,9 @@
 #include <QTest>
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
+#include <numeric>
 #include <vector>
 
 using veltro::CellRange;
@@ -16,47 +18,32 @@ using veltro::TileGrid;
 
 namespace {
 
-constexpr Qt::KeyboardModifiers plain = Qt::NoModifier;
-constexpr Qt::KeyboardModifiers control = Qt::ControlModifier;
-constexpr Qt::KeyboardModifiers shift = Qt::ShiftModifier;
+QUuid itemOf(int number)
+{
+    return {uint(number) + 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+}
 
-/// Items in a list, as many as a test wants, of which a search may leave some.
+/// Items in a list, of which a search leaves some.
 class ListedTiles : public veltro::TileRows {
 public:
-    explicit ListedTiles(int count)
-    {
-        for (int i = 0; i < count; ++i) {
-            m_all.emplace_back(static_cast<uint>(i) + 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
-        }
-        m_shown = m_all;
-    }
-    [[nodiscard]] int rowCount() const override { return static_cast<int>(m_shown.size()); }
-    [[nodiscard]] QUuid idAt(int row) const override
-    {
-        return m_shown.at(static_cast<std::size_t>(row));
-    }
+    [[nodiscard]] int rowCount() const override { return int(shown.size()); }
+    [[nodiscard]] QUuid idAt(int row) const override { return itemOf(shown.at(row)); }
     [[nodiscard]] int rowOf(const QUuid &id) const override
     {
-        const auto found = std::find(m_shown.begin(), m_shown.end(), id);
-        return found == m_shown.end() ? -1 : static_cast<int>(found - m_shown.begin());
-    }
-    void showOnly(const std::vector<int> &items)
-    {
-        m_shown.clear();
-        for (const int item : items) {
-            m_shown.push_back(this->item(item));
-        }
-    }
-    /// The item of that number, shown or not.
-    [[nodiscard]] QUuid item(int number) const
-    {
-        return m_all.at(static_cast<std::size_t>(number));
+        return int(shown.indexOf(int(id.data1) - 1));
     }
 
-private:
-    std::vector<QUuid> m_all;
-    std::vector<QUuid> m_shown;
+    QList<int> shown;
 };
+
+QList<int> digitsOf(const QByteArray &word)
+{
+    QList<int> numbers;
+    for (const char digit : word) {
+        numbers.append(digit - '0');
+    }
+    return numbers;
+}
 
 }
 
@@ -65,168 +52,132 @@ class LibrarySelectionTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { show(10); }
 
-    void aClickChoosesOneTile();
-    void controlAddsAndTakesAway();
-    void shiftChoosesARangeEitherWay();
-    void shiftWithoutAnAnchorIsAPlainClick();
-    void aRangeTakesVisibleTilesOnly();
-    void allAreTheVisibleOnes();
-    void arrowsMoveExtendAndWalkPast();
+    void clicksAndKeysChoose_data();
+    void clicksAndKeysChoose();
     void aDragChoosesWhatItTouches();
     void aDragWithAKeyAddsToTheChoice();
     void aDragReachesTilesThatAreNotInView();
     void theReleaseOfADragIsNoClick();
-    void whatIsDeletedLeavesTheChoice();
     void everyChangeIsToldOnce();
-    void tilesShareTheWidth_data();
     void tilesShareTheWidth();
     void rectanglesMeetTilesAndNotTheGaps();
 
 private:
-    [[nodiscard]] QSet<QUuid> items(std::initializer_list<int> numbers) const
+    void act(QByteArray word);
+    void click(int number, Qt::KeyboardModifiers keys = {})
     {
-        QSet<QUuid> ids;
-        for (const int number : numbers) {
-            ids.insert(m_tiles->item(number));
-        }
-        return ids;
+        m_selection->click(itemOf(number), keys);
     }
-    void click(int number, Qt::KeyboardModifiers modifiers)
+    void drag(QPointF from, QPointF to, Qt::KeyboardModifiers keys = {})
     {
-        m_selection->click(m_tiles->item(number), modifiers);
-    }
-    void drag(QPointF from, QPointF to, Qt::KeyboardModifiers modifiers)
-    {
-        m_selection->beginMarquee(from, modifiers);
+        m_selection->beginMarquee(from, keys);
         m_selection->moveMarquee((from + to) / 2);
         m_selection->moveMarquee(to);
     }
+    /// The numbers of what is chosen, in their order.
+    [[nodiscard]] QList<int> chosen() const
+    {
+        QList<int> numbers;
+        for (const QUuid &id : m_selection->ids()) {
+            numbers.append(int(id.data1) - 1);
+        }
+        std::sort(numbers.begin(), numbers.end());
+        return numbers;
+    }
     void show(int count)
     {
-        m_selection.reset();
-        m_tiles = std::make_unique<ListedTiles>(count);
-        m_selection = std::make_unique<LibrarySelection>(*m_tiles);
+        m_selection = std::make_unique<LibrarySelection>(m_tiles);
+        m_tiles.shown.resize(count);
+        std::iota(m_tiles.shown.begin(), m_tiles.shown.end(), 0);
         // The cells are 112 by 92.
         m_selection->setGrid({.columns = 3, .tile = {100, 80}});
     }
 
-    std::unique_ptr<ListedTiles> m_tiles;
+    ListedTiles m_tiles;
     std::unique_ptr<LibrarySelection> m_selection;
 };
 
-void LibrarySelectionTest::init()
+void LibrarySelectionTest::clicksAndKeysChoose_data()
 {
-    show(10);
+    // A digit is a click on that tile, +3 and -3 are arrow keys, both with control (c) or shift (s)
+    // before them; * is the key for all, |24 a search that leaves these, x24 deletes these. =24 is
+    // the choice that there is to be by then.
+    QTest::addColumn<QByteArray>("words");
+    const auto row = [](const char *why, const char *words) {
+        QTest::newRow(why) << QByteArray(words);
+    };
+    row("a click chooses one tile", "2 5 =5 s7 =567");
+    row("control adds and takes away", "2 c4 =24 c2 =4 c4 = cs7 =7");
+    row("what control takes away is where a range begins", "2 c4 c2 s3 =23");
+    row("shift chooses a range either way", "3 s6 =3456 s1 =123 6 s3 =3456");
+    row("shift without a beginning is a plain click", "s4 =4 s6 =456");
+    row("a range takes visible tiles only", "1 |1357 s7 =1357");
+    row("a range does not begin at what a search hides", "1 |357 s5 =5 s7 =57");
+    row("all are the visible ones", "9 |24 * =24 | * =");
+    row("arrows choose what they reach", "+3 =0 +3 =3 +1000 =9 -1000 =0 | +1 =0");
+    row("arrows with shift extend", "3 s+1 s+3 =34567 s-6 =123");
+    row("arrows with control walk past", "3 c+3 =3 +1 =7");
+    row("what is deleted leaves the choice", "2 s4 x39 =24 x4 =2");
+    row("the keyboard goes on from what was deleted", "2 s4 x4 +1 =6");
+    row("a range does not begin where something was deleted", "2 s4 x39 s6 =6");
 }
 
-void LibrarySelectionTest::aClickChoosesOneTile()
+void LibrarySelectionTest::act(QByteArray word)
 {
-    click(2, plain);
-    click(5, plain);
-    QCOMPARE(m_selection->ids(), items({5}));
-    QCOMPARE(m_selection->anchor(), m_tiles->item(5));
+    Qt::KeyboardModifiers keys;
+    for (const auto &[letter, key] :
+         {std::pair('c', Qt::ControlModifier), std::pair('s', Qt::ShiftModifier)}) {
+        if (word.startsWith(letter)) {
+            keys |= key;
+            word.remove(0, 1);
+        }
+    }
+    const QList<int> numbers = digitsOf(word.mid(1));
+    switch (word.at(0)) {
+    case '=':
+        QCOMPARE(chosen(), numbers);
+        break;
+    case '|':
+        m_tiles.shown = numbers;
+        break;
+    case '*':
+        m_selection->selectAll();
+        break;
+    case 'x': {
+        QSet<QUuid> ids;
+        std::ranges::transform(numbers, std::inserter(ids, ids.end()), itemOf);
+        m_selection->forget(ids);
+        break;
+    }
+    case '+':
+    case '-':
+        m_selection->move(word.toInt(), keys);
+        break;
+    default:
+        click(word.toInt(), keys);
+    }
 }
 
-void LibrarySelectionTest::controlAddsAndTakesAway()
+void LibrarySelectionTest::clicksAndKeysChoose()
 {
-    click(2, plain);
-    click(4, control);
-    QCOMPARE(m_selection->ids(), items({2, 4}));
-    click(2, control);
-    QCOMPARE(m_selection->ids(), items({4}));
-    QCOMPARE(m_selection->anchor(), m_tiles->item(2));
-    click(4, control);
-    QCOMPARE(m_selection->count(), 0);
-    click(7, control | shift);
-    QCOMPARE(m_selection->ids(), items({7}));
-}
-
-void LibrarySelectionTest::shiftChoosesARangeEitherWay()
-{
-    click(3, plain);
-    click(6, shift);
-    QCOMPARE(m_selection->ids(), items({3, 4, 5, 6}));
-    QCOMPARE(m_selection->anchor(), m_tiles->item(3));
-    click(1, shift);
-    QCOMPARE(m_selection->ids(), items({1, 2, 3}));
-
-    click(6, plain);
-    click(3, shift);
-    QCOMPARE(m_selection->ids(), items({3, 4, 5, 6}));
-}
-
-void LibrarySelectionTest::shiftWithoutAnAnchorIsAPlainClick()
-{
-    click(4, shift);
-    QCOMPARE(m_selection->ids(), items({4}));
-    QCOMPARE(m_selection->anchor(), m_tiles->item(4));
-    click(6, shift);
-    QCOMPARE(m_selection->ids(), items({4, 5, 6}));
-}
-
-void LibrarySelectionTest::aRangeTakesVisibleTilesOnly()
-{
-    click(1, plain);
-    m_tiles->showOnly({1, 3, 5, 7});
-    click(7, shift);
-    QCOMPARE(m_selection->ids(), items({1, 3, 5, 7}));
-
-    // An anchor that a search hides counts as none.
-    m_tiles->showOnly({3, 5, 7});
-    click(5, shift);
-    QCOMPARE(m_selection->ids(), items({5}));
-    click(7, shift);
-    QCOMPARE(m_selection->ids(), items({5, 7}));
-}
-
-void LibrarySelectionTest::allAreTheVisibleOnes()
-{
-    click(9, plain);
-    m_tiles->showOnly({2, 4});
-    m_selection->selectAll();
-    QCOMPARE(m_selection->ids(), items({2, 4}));
-    m_tiles->showOnly({});
-    m_selection->selectAll();
-    QCOMPARE(m_selection->count(), 0);
-}
-
-void LibrarySelectionTest::arrowsMoveExtendAndWalkPast()
-{
-    m_selection->move(3, plain);
-    QCOMPARE(m_selection->ids(), items({0}));
-    m_selection->move(3, plain);
-    QCOMPARE(m_selection->ids(), items({3}));
-    m_selection->move(1, shift);
-    m_selection->move(3, shift);
-    QCOMPARE(m_selection->ids(), items({3, 4, 5, 6, 7}));
-    m_selection->move(-6, shift);
-    QCOMPARE(m_selection->ids(), items({1, 2, 3}));
-    m_selection->move(3, control);
-    QCOMPARE(m_selection->ids(), items({1, 2, 3}));
-    QCOMPARE(m_selection->currentRow(), 4);
-    m_selection->move(1000, plain);
-    QCOMPARE(m_selection->ids(), items({9}));
-    m_selection->move(-1000, plain);
-    QCOMPARE(m_selection->ids(), items({0}));
-
-    m_tiles->showOnly({});
-    m_selection->move(1, plain);
-    QCOMPARE(m_selection->ids(), items({0}));
-    QCOMPARE(m_selection->currentRow(), -1);
+    QFETCH(QByteArray, words);
+    for (const QByteArray &word : words.split(' ')) {
+        act(word);
+    }
 }
 
 void LibrarySelectionTest::aDragChoosesWhatItTouches()
 {
-    click(9, plain);
+    click(9);
     // From the gap before the second column to the second line.
-    drag({106, 5}, {209, 100}, plain);
-    QCOMPARE(m_selection->ids(), items({1, 4}));
+    drag({106, 5}, {209, 100});
+    QCOMPARE(chosen(), (QList{1, 4}));
     QCOMPARE(m_selection->marquee(), QRectF(106, 5, 103, 95));
     // Back, so that less is touched; and over nothing but a gap.
     m_selection->moveMarquee({150, 20});
-    QCOMPARE(m_selection->ids(), items({1}));
+    QCOMPARE(chosen(), QList{1});
     m_selection->moveMarquee({108, 20});
     QCOMPARE(m_selection->count(), 0);
     m_selection->endMarquee();
@@ -238,12 +189,12 @@ void LibrarySelectionTest::aDragChoosesWhatItTouches()
 
 void LibrarySelectionTest::aDragWithAKeyAddsToTheChoice()
 {
-    for (const auto key : {shift, control}) {
-        click(9, plain);
+    for (const auto key : {Qt::ShiftModifier, Qt::ControlModifier}) {
+        click(9);
         drag({106, 5}, {209, 20}, key);
-        QCOMPARE(m_selection->ids(), items({1, 9}));
+        QCOMPARE(chosen(), (QList{1, 9}));
         m_selection->moveMarquee({108, 20});
-        QCOMPARE(m_selection->ids(), items({9}));
+        QCOMPARE(chosen(), QList{9});
         m_selection->endMarquee();
         QCoreApplication::processEvents();
     }
@@ -252,51 +203,39 @@ void LibrarySelectionTest::aDragWithAKeyAddsToTheChoice()
 void LibrarySelectionTest::aDragReachesTilesThatAreNotInView()
 {
     show(30'000);
-    drag({106, 0}, {1000, 1e9}, plain);
+    drag({106, 0}, {1000, 1e9});
     QCOMPARE(m_selection->count(), 20'000);
-    QVERIFY(!m_selection->contains(m_tiles->item(0)));
-    QVERIFY(m_selection->contains(m_tiles->item(29'999)));
+    QVERIFY(!m_selection->contains(itemOf(0)));
+    QVERIFY(m_selection->contains(itemOf(29'999)));
     m_selection->moveMarquee({-1e9, -1e9});
-    QCOMPARE(m_selection->ids(), items({0}));
+    QCOMPARE(chosen(), QList{0});
 }
 
 void LibrarySelectionTest::theReleaseOfADragIsNoClick()
 {
-    drag({106, 5}, {209, 20}, plain);
+    drag({106, 5}, {209, 20});
     m_selection->endMarquee();
-    click(8, plain);
-    QCOMPARE(m_selection->ids(), items({1}));
-    click(8, plain);
-    QCOMPARE(m_selection->ids(), items({8}));
+    click(8);
+    QCOMPARE(chosen(), QList{1});
+    click(8);
+    QCOMPARE(chosen(), QList{8});
 
     // Where no click follows the release, the next one counts.
-    drag({106, 5}, {209, 20}, plain);
+    drag({106, 5}, {209, 20});
     m_selection->endMarquee();
     QCoreApplication::processEvents();
-    click(8, plain);
-    QCOMPARE(m_selection->ids(), items({8}));
-}
-
-void LibrarySelectionTest::whatIsDeletedLeavesTheChoice()
-{
-    click(2, plain);
-    click(4, shift);
-    m_selection->forget(items({3, 9}));
-    QCOMPARE(m_selection->ids(), items({2, 4}));
-    QVERIFY(!m_selection->anchor());
-    m_selection->forget(items({4}));
-    QCOMPARE(m_selection->ids(), items({2}));
-    QCOMPARE(m_selection->currentRow(), 5); // the keyboard goes on from there
+    click(8);
+    QCOMPARE(chosen(), QList{8});
 }
 
 void LibrarySelectionTest::everyChangeIsToldOnce()
 {
     QSignalSpy changes(m_selection.get(), &LibrarySelection::changed);
-    click(2, plain);
-    click(2, plain);
+    click(2);
+    click(2);
     QCOMPARE(changes.size(), 1);
     const int revision = m_selection->revision();
-    click(3, control);
+    click(3, Qt::ControlModifier);
     QCOMPARE(changes.size(), 2);
     QVERIFY(m_selection->revision() != revision);
     m_selection->clear();
@@ -304,27 +243,17 @@ void LibrarySelectionTest::everyChangeIsToldOnce()
     QCOMPARE(changes.size(), 3);
 }
 
-void LibrarySelectionTest::tilesShareTheWidth_data()
-{
-    QTest::addColumn<double>("width");
-    QTest::addColumn<int>("columns");
-    QTest::addColumn<double>("tileWidth");
-    QTest::newRow("nothing yet") << 0.0 << 1 << 1.0;
-    QTest::newRow("less than one") << 100.0 << 1 << 100.0;
-    QTest::newRow("one") << 351.0 << 1 << 351.0;
-    QTest::newRow("just two") << 352.0 << 2 << 170.0;
-    QTest::newRow("three and something") << 600.0 << 3 << 192.0;
-}
-
 void LibrarySelectionTest::tilesShareTheWidth()
 {
-    QFETCH(double, width);
-    QFETCH(int, columns);
-    QFETCH(double, tileWidth);
-    const TileGrid grid = TileGrid::fitting(width, 50);
-    QCOMPARE(grid.columns, columns);
-    QCOMPARE(grid.tile.width(), tileWidth);
-    QVERIFY(grid.frame(columns - 1).right() <= std::max(width, 1.0));
+    const auto fitted = [](double width) {
+        const TileGrid grid = TileGrid::fitting(width, 50);
+        return std::pair(grid.columns, grid.tile.width());
+    };
+    QCOMPARE(fitted(0), std::pair(1, 1.0)); // nothing yet
+    QCOMPARE(fitted(100), std::pair(1, 100.0));
+    QCOMPARE(fitted(351), std::pair(1, 351.0));
+    QCOMPARE(fitted(352), std::pair(2, 170.0));
+    QCOMPARE(fitted(600), std::pair(3, 192.0));
 }
 
 void LibrarySelectionTest::rectanglesMeetTilesAndNotTheGaps()
