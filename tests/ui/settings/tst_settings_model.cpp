@@ -12,6 +12,7 @@
 #include <QTest>
 #include <QTimeZone>
 
+using namespace Qt::StringLiterals;
 using namespace veltro;
 
 namespace {
@@ -54,10 +55,8 @@ private Q_SLOTS:
     void eachEditIsSavedAtOnce();
     void nothingIsSavedBeforeAnEdit();
     void twoScreensFollowEachOther();
-    void languagesAreCutAtCommas_data();
     void languagesAreCutAtCommas();
     void typedLanguagesStayWhileTheFieldHasTheFocus();
-    void aDateReadsAsItsDistance_data();
     void aDateReadsAsItsDistance();
     void daysAreThoseOfTheCalendar();
     void whatTheProgramSaysOfItselfComesFromTheBundle();
@@ -68,29 +67,26 @@ void TestSettingsModel::thePickersShowTheStoredChoice()
     SharedRecord shared;
     const auto screen = shared.screen();
     QCOMPARE(screen->qualityLabels(),
-             (QStringList{QStringLiteral("Best"), QStringLiteral("1080p"), QStringLiteral("720p"),
-                          QStringLiteral("480p"), QStringLiteral("Audio only")}));
+             (QStringList{u"Best"_s, u"1080p"_s, u"720p"_s, u"480p"_s, u"Audio only"_s}));
     QCOMPARE(screen->quality(), 0);
-    QCOMPARE(screen->audioFormatLabels(),
-             (QStringList{QStringLiteral("M4A"), QStringLiteral("MP3"), QStringLiteral("Opus"),
-                          QStringLiteral("FLAC")}));
+    QCOMPARE(screen->audioFormatLabels(), (QStringList{u"M4A"_s, u"MP3"_s, u"Opus"_s, u"FLAC"_s}));
     QCOMPARE(screen->audioFormat(), 0);
     screen->setQuality(2);
     QCOMPARE(shared.record.defaultFormatID,
-             QStringLiteral("bestvideo[height<=720]+bestaudio/best[height<=720]"));
+             u"bestvideo[height<=720]+bestaudio/best[height<=720]"_s);
     QCOMPARE(screen->quality(), 2);
     screen->setQuality(4);
-    QCOMPARE(shared.record.defaultFormatID, QStringLiteral("bestaudio[ext=m4a]/bestaudio"));
+    QCOMPARE(shared.record.defaultFormatID, u"bestaudio[ext=m4a]/bestaudio"_s);
     screen->setAudioFormat(2);
-    QCOMPARE(shared.record.audioFormat, QStringLiteral("opus"));
+    QCOMPARE(shared.record.audioFormat, u"opus"_s);
     QCOMPARE(screen->audioFormat(), 2);
 }
 
 void TestSettingsModel::anUnknownSelectorSelectsNothingAndStaysAsItIs()
 {
     SharedRecord shared;
-    shared.record.defaultFormatID = QStringLiteral("137+140");
-    shared.record.audioFormat = QStringLiteral("M4A");
+    shared.record.defaultFormatID = u"137+140"_s;
+    shared.record.audioFormat = u"M4A"_s;
     const auto screen = shared.screen();
     QCOMPARE(screen->quality(), -1);
     QCOMPARE(screen->audioFormat(), -1);
@@ -98,8 +94,8 @@ void TestSettingsModel::anUnknownSelectorSelectsNothingAndStaysAsItIs()
     screen->setQuality(5);
     screen->setAudioFormat(-1);
     screen->setAudioFormat(4);
-    QCOMPARE(shared.record.defaultFormatID, QStringLiteral("137+140"));
-    QCOMPARE(shared.record.audioFormat, QStringLiteral("M4A"));
+    QCOMPARE(shared.record.defaultFormatID, u"137+140"_s);
+    QCOMPARE(shared.record.audioFormat, u"M4A"_s);
 }
 
 void TestSettingsModel::eachEditIsSavedAtOnce()
@@ -109,23 +105,23 @@ void TestSettingsModel::eachEditIsSavedAtOnce()
     screen->setExtractAudio(true);
     screen->setWriteSubtitles(false);
     screen->setWifiOnly(false);
-    screen->setOutputTemplate(QStringLiteral("%(id)s"));
-    screen->setOutputTemplate(QStringLiteral("%(id)s."));
+    screen->setOutputTemplate(u"%(id)s"_s);
+    screen->setOutputTemplate(u"%(id)s."_s);
     QCOMPARE(shared.saved.size(), std::size_t(5));
     Preferences expected;
     expected.extractAudioByDefault = true;
     expected.writeSubtitles = false;
     expected.wifiOnly = false;
-    expected.outputTemplate = QStringLiteral("%(id)s.");
+    expected.outputTemplate = u"%(id)s."_s;
     QCOMPARE(shared.saved.back(), expected);
 }
 
 void TestSettingsModel::nothingIsSavedBeforeAnEdit()
 {
     SharedRecord shared;
-    shared.record.outputTemplate = QStringLiteral("%(id)s");
+    shared.record.outputTemplate = u"%(id)s"_s;
     const auto screen = shared.screen();
-    screen->setOutputTemplate(QStringLiteral("%(id)s"));
+    screen->setOutputTemplate(u"%(id)s"_s);
     screen->setQuality(0);
     Q_EMIT shared.changed();
     QVERIFY(shared.saved.empty());
@@ -138,39 +134,30 @@ void TestSettingsModel::twoScreensFollowEachOther()
     const auto window = shared.screen();
     QSignalSpy followed(window.get(), &SettingsModel::preferencesChanged);
     tab->setWifiOnly(false);
-    tab->setLanguages(QStringLiteral("nl"));
+    tab->setLanguages(u"nl"_s);
     QCOMPARE(window->wifiOnly(), false);
-    QCOMPARE(window->languages(), QStringLiteral("nl"));
+    QCOMPARE(window->languages(), u"nl"_s);
     QCOMPARE(followed.size(), 2);
     window->setWifiOnly(true);
     QCOMPARE(tab->wifiOnly(), true);
     // The second edit rests on the first, not on what the other screen once read.
-    QCOMPARE(shared.record.preferredSubtitleLanguages, QStringList{QStringLiteral("nl")});
-}
-
-void TestSettingsModel::languagesAreCutAtCommas_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("codes");
-    const auto row = [](const char *why, const char *text, const char *codes) {
-        QTest::newRow(why) << QString::fromUtf8(text) << QString::fromUtf8(codes);
-    };
-    row("an empty piece and a blank at the end", "en,, nl ,es ", "en|nl|es");
-    row("tabs around a piece", "\ten\t,\t\tnl", "en|nl");
-    row("blanks inside stay", "zh Hans, en", "zh Hans|en");
-    row("a no-break space is a blank", "\u00a0en\u00a0", "en");
-    row("a line feed is none", "en\n,nl", "en\n|nl");
-    row("nothing", "", "");
-    row("commas alone", " , ,\t,", "");
-    row("the same code twice", "en,en", "en|en");
+    QCOMPARE(shared.record.preferredSubtitleLanguages, QStringList{u"nl"_s});
 }
 
 void TestSettingsModel::languagesAreCutAtCommas()
 {
-    QFETCH(QString, text);
-    const QStringList codes = languagesOf(text);
-    QTEST(codes.join(u'|'), "codes");
-    QCOMPARE(languagesOf(languagesText(codes)), codes);
+    const auto pieces = [](const QString &text) {
+        const QStringList codes = languagesOf(text);
+        return languagesOf(languagesText(codes)) == codes ? codes.join(u'|') : u"no way back"_s;
+    };
+    QCOMPARE(pieces(u"en,, nl ,es "_s), u"en|nl|es"_s);
+    QCOMPARE(pieces(u"\ten\t,\t\tnl"_s), u"en|nl"_s);
+    QCOMPARE(pieces(u"zh Hans, en"_s), u"zh Hans|en"_s);
+    QCOMPARE(pieces(u"\u00a0en\u00a0"_s), u"en"_s); // a no-break space is a blank
+    QCOMPARE(pieces(u"en\n,nl"_s), u"en\n|nl"_s);   // a line feed is none
+    QCOMPARE(pieces(u""_s), u""_s);
+    QCOMPARE(pieces(u" , ,\t,"_s), u""_s);
+    QCOMPARE(pieces(u"en,en"_s), u"en|en"_s);
 }
 
 void TestSettingsModel::typedLanguagesStayWhileTheFieldHasTheFocus()
@@ -178,17 +165,17 @@ void TestSettingsModel::typedLanguagesStayWhileTheFieldHasTheFocus()
     SharedRecord shared;
     const auto screen = shared.screen();
     const auto other = shared.screen();
-    QCOMPARE(screen->languages(), QStringLiteral("en"));
+    QCOMPARE(screen->languages(), u"en"_s);
     screen->setLanguagesFocused(true);
-    screen->setLanguages(QStringLiteral("en,, nl ,es "));
-    QCOMPARE(screen->languages(), QStringLiteral("en,, nl ,es "));
-    QCOMPARE(other->languages(), QStringLiteral("en, nl, es"));
+    screen->setLanguages(u"en,, nl ,es "_s);
+    QCOMPARE(screen->languages(), u"en,, nl ,es "_s);
+    QCOMPARE(other->languages(), u"en, nl, es"_s);
     // What is typed elsewhere meanwhile is in the record, and waits for the focus to leave.
-    other->setLanguages(QStringLiteral("de"));
-    QCOMPARE(screen->languages(), QStringLiteral("en,, nl ,es "));
+    other->setLanguages(u"de"_s);
+    QCOMPARE(screen->languages(), u"en,, nl ,es "_s);
     QSignalSpy rewritten(screen.get(), &SettingsModel::languagesChanged);
     screen->setLanguagesFocused(false);
-    QCOMPARE(screen->languages(), QStringLiteral("de"));
+    QCOMPARE(screen->languages(), u"de"_s);
     QCOMPARE(rewritten.size(), 1);
     screen->setLanguagesFocused(true);
     screen->setLanguages({});
@@ -197,47 +184,40 @@ void TestSettingsModel::typedLanguagesStayWhileTheFieldHasTheFocus()
     QCOMPARE(screen->languages(), QString());
 }
 
-void TestSettingsModel::aDateReadsAsItsDistance_data()
-{
-    QTest::addColumn<qint64>("seconds");
-    QTest::addColumn<QString>("text");
-    constexpr qint64 day = 24 * 3600;
-    const auto row = [](const char *text, qint64 seconds) {
-        QTest::addRow("%s, %lld s", text, static_cast<long long>(seconds))
-            << seconds << QString::fromLatin1(text);
-    };
-    row("now", 0);
-    row("1 second ago", 1);
-    row("59 seconds ago", 59);
-    row("1 minute ago", 60);
-    row("59 minutes ago", 3599);
-    row("1 hour ago", 3600);
-    row("23 hours ago", day - 1);
-    row("yesterday", day);
-    row("2 days ago", 2 * day);
-    row("6 days ago", 6 * day);
-    row("last week", 7 * day);
-    row("last week", 13 * day);
-    row("2 weeks ago", 14 * day);
-    row("4 weeks ago", 29 * day);
-    row("last month", 31 * day);
-    row("2 months ago", 62 * day);
-    row("last year", 365 * day);
-    row("2 years ago", 731 * day);
-    row("in 1 second", -1);
-    row("in 5 minutes", -300);
-    row("tomorrow", -day);
-    row("next week", -7 * day);
-    row("next month", -31 * day);
-    row("next year", -366 * day);
-}
-
 void TestSettingsModel::aDateReadsAsItsDistance()
 {
-    QFETCH(qint64, seconds);
+    constexpr qint64 day = 24 * 3600;
+    const std::vector<std::pair<qint64, const char *>> distances{
+        {0, "now"},
+        {1, "1 second ago"},
+        {59, "59 seconds ago"},
+        {60, "1 minute ago"},
+        {3599, "59 minutes ago"},
+        {3600, "1 hour ago"},
+        {day - 1, "23 hours ago"},
+        {day, "yesterday"},
+        {2 * day, "2 days ago"},
+        {6 * day, "6 days ago"},
+        {7 * day, "last week"},
+        {13 * day, "last week"},
+        {14 * day, "2 weeks ago"},
+        {29 * day, "4 weeks ago"},
+        {31 * day, "last month"},
+        {62 * day, "2 months ago"},
+        {365 * day, "last year"},
+        {731 * day, "2 years ago"},
+        {-1, "in 1 second"},
+        {-300, "in 5 minutes"},
+        {-day, "tomorrow"},
+        {-7 * day, "next week"},
+        {-31 * day, "next month"},
+        {-366 * day, "next year"},
+    };
     // The 31st of a month: the shorter months before it are whole ones all the same.
     const QDateTime now(QDate(2026, 3, 31), QTime(12, 0), Qt::UTC);
-    QTEST(relativeDateText(now.addSecs(-seconds), now), "text");
+    for (const auto &[seconds, text] : distances) {
+        QCOMPARE(relativeDateText(now.addSecs(-seconds), now), QString::fromLatin1(text));
+    }
 }
 
 void TestSettingsModel::daysAreThoseOfTheCalendar()
@@ -247,13 +227,10 @@ void TestSettingsModel::daysAreThoseOfTheCalendar()
     const auto text = [&](QDateTime date) {
         return relativeDateText(date, QDateTime(QDate(2026, 11, 20), QTime(8, 0), zone));
     };
-    QCOMPARE(text(QDateTime(QDate(2026, 11, 18), QTime(20, 0), zone)),
-             QStringLiteral("2 days ago"));
-    QCOMPARE(text(QDateTime(QDate(2026, 11, 19), QTime(20, 0), zone)),
-             QStringLiteral("12 hours ago"));
+    QCOMPARE(text(QDateTime(QDate(2026, 11, 18), QTime(20, 0), zone)), u"2 days ago"_s);
+    QCOMPARE(text(QDateTime(QDate(2026, 11, 19), QTime(20, 0), zone)), u"12 hours ago"_s);
     // A date kept in UTC is one of the reader's days: 23:30 there is the next day here.
-    QCOMPARE(text(QDateTime(QDate(2026, 11, 17), QTime(23, 30), Qt::UTC)),
-             QStringLiteral("2 days ago"));
+    QCOMPARE(text(QDateTime(QDate(2026, 11, 17), QTime(23, 30), Qt::UTC)), u"2 days ago"_s);
     QCOMPARE(text(QDateTime()), QString());
 }
 
@@ -261,8 +238,8 @@ void TestSettingsModel::whatTheProgramSaysOfItselfComesFromTheBundle()
 {
     QTemporaryDir folder;
     const auto about = [&](const QByteArray &information) {
-        QDir().mkpath(folder.filePath(QStringLiteral("Contents")));
-        QFile file(folder.filePath(QStringLiteral("Contents/Info.json")));
+        QDir().mkpath(folder.filePath(u"Contents"_s));
+        QFile file(folder.filePath(u"Contents/Info.json"_s));
         if (!file.open(QIODevice::WriteOnly) || file.write(information) < 0) {
             qFatal("the information cannot be written");
         }
@@ -270,14 +247,14 @@ void TestSettingsModel::whatTheProgramSaysOfItselfComesFromTheBundle()
         return std::make_unique<AboutInformation>(
             BundleInformation::of(folder.path().toStdString()));
     };
-    const QString unknown = QStringLiteral("0.1.0");
+    const QString unknown = u"0.1.0"_s;
     QCOMPARE(AboutInformation(BundleInformation::of("/nowhere")).version(), unknown);
     QCOMPARE(about(R"({"shortVersion": 2})")->version(), unknown);
     QCOMPARE(about("no JSON")->version(), unknown);
     const auto told = about(R"({"shortVersion": "2.3.4", "supportPage": "https://a.example/help",
                                 "privacyPage": "file:///etc/hostname", "noticesPage": 7})");
-    QCOMPARE(told->version(), QStringLiteral("2.3.4"));
-    QCOMPARE(told->supportPage(), QUrl(QStringLiteral("https://a.example/help")));
+    QCOMPARE(told->version(), u"2.3.4"_s);
+    QCOMPARE(told->supportPage(), QUrl(u"https://a.example/help"_s));
     QVERIFY(told->privacyPage().isEmpty());
     QVERIFY(told->noticesPage().isEmpty());
 }

@@ -5,8 +5,10 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <memory>
 #include <stdexcept>
 
+using namespace Qt::StringLiterals;
 using namespace veltro;
 
 namespace {
@@ -26,8 +28,7 @@ struct FakeSteps {
     }
     QCoro::Task<std::vector<BrowserProfile>> browsers()
     {
-        co_return {{QStringLiteral("Firefox"), QStringLiteral("Personal"), {}, {}},
-                   {QStringLiteral("Chromium"), {}, {}, {}}};
+        co_return {{u"Firefox"_s, u"Personal"_s, {}, {}}, {u"Chromium"_s, {}, {}, {}}};
     }
     QCoro::Task<Found> read(QString source, QString host)
     {
@@ -49,8 +50,7 @@ struct FakeSteps {
     }
 
     QStringList asked;
-    Found answer{{QStringLiteral("video.example"), 12, "a"},
-                 {QStringLiteral("www.video.example"), 1, "b"}};
+    Found answer{{u"video.example"_s, 12, "a"}, {u"www.video.example"_s, 1, "b"}};
     Found saved;
     bool isStoreBroken = false;
 };
@@ -60,87 +60,83 @@ struct FakeSteps {
 class TestSiteImport : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    void init()
+    {
+        m_fake = FakeSteps();
+        m_adding = std::make_unique<SiteImport>(m_fake.steps());
+    }
+
     void profilesAreListedByName();
     void whatIsFoundIsSavedOnlyWhenConfirmed();
     void aFileIsReadForTheTypedSite();
     void aFailureIsSaidInWords();
-    void nothingIsAskedForASiteThatIsNone();
+
+private:
+    void readFile(const QString &name, const QString &host)
+    {
+        m_adding->readFile(QUrl::fromLocalFile(u"/tmp/"_s + name), host);
+        QTRY_VERIFY(!m_adding->isBusy());
+    }
+
+    const QString m_site = u"video.example"_s;
+    FakeSteps m_fake;
+    std::unique_ptr<SiteImport> m_adding;
 };
 
 void TestSiteImport::profilesAreListedByName()
 {
-    FakeSteps fake;
-    SiteImport adding(fake.steps());
-    adding.begin();
-    QTRY_VERIFY(!adding.isBusy());
-    QCOMPARE(adding.profiles(),
-             (QStringList{QStringLiteral("Firefox, Personal"), QStringLiteral("Chromium")}));
-    adding.readBrowser(2, QStringLiteral("video.example"));
-    adding.readBrowser(-1, QStringLiteral("video.example"));
-    QVERIFY(fake.asked.isEmpty());
+    m_adding->begin();
+    QTRY_VERIFY(!m_adding->isBusy());
+    QCOMPARE(m_adding->profiles().join(u'|'), u"Firefox, Personal|Chromium"_s);
+    m_adding->readBrowser(2, m_site);
+    m_adding->readBrowser(-1, m_site);
+    QVERIFY(m_fake.asked.isEmpty());
 }
 
 void TestSiteImport::whatIsFoundIsSavedOnlyWhenConfirmed()
 {
-    FakeSteps fake;
-    SiteImport adding(fake.steps());
-    QSignalSpy saved(&adding, &SiteImport::saved);
-    adding.begin();
-    QTRY_VERIFY(!adding.isBusy());
-    adding.save();
-    adding.readBrowser(0, QStringLiteral("https://video.example/watch?v=1"));
-    QTRY_VERIFY(!adding.isBusy());
-    QCOMPARE(fake.asked, QStringList{QStringLiteral("Personal video.example")});
-    QCOMPARE(adding.found(), (QStringList{QStringLiteral("video.example, 12 cookies"),
-                                          QStringLiteral("www.video.example, 1 cookie")}));
-    QVERIFY(fake.saved.empty() && saved.isEmpty());
-    adding.save();
+    const QSignalSpy saved(m_adding.get(), &SiteImport::saved);
+    m_adding->begin();
+    QTRY_VERIFY(!m_adding->isBusy());
+    m_adding->save();
+    m_adding->readBrowser(0, u"https://video.example/watch?v=1"_s);
+    QTRY_VERIFY(!m_adding->isBusy());
+    QCOMPARE(m_fake.asked, QStringList{u"Personal video.example"_s});
+    QCOMPARE(m_adding->found().join(u'|'),
+             u"video.example, 12 cookies|www.video.example, 1 cookie"_s);
+    QVERIFY(m_fake.saved.empty() && saved.isEmpty());
+    m_adding->save();
     QTRY_COMPARE(saved.size(), 1);
-    QCOMPARE(fake.saved, fake.answer);
-    QVERIFY(adding.found().isEmpty());
+    QCOMPARE(m_fake.saved, m_fake.answer);
+    QVERIFY(m_adding->found().isEmpty());
 }
 
 void TestSiteImport::aFileIsReadForTheTypedSite()
 {
-    FakeSteps fake;
-    SiteImport adding(fake.steps());
-    adding.readFile(QUrl(QStringLiteral("file:///tmp/cookies.txt")),
-                    QStringLiteral("video.example"));
-    QTRY_VERIFY(!adding.isBusy());
-    QCOMPARE(fake.asked, QStringList{QStringLiteral("cookies.txt video.example")});
-    QCOMPARE(adding.found().size(), 2);
-    adding.discard();
-    QVERIFY(adding.found().isEmpty());
+    readFile(u"cookies.txt"_s, u"  "_s);
+    QVERIFY(!m_adding->error().isEmpty());
+    QVERIFY(m_fake.asked.isEmpty());
+    readFile(u"cookies.txt"_s, m_site);
+    QCOMPARE(m_fake.asked, QStringList{u"cookies.txt video.example"_s});
+    QCOMPARE(m_adding->found().size(), 2);
+    m_adding->discard();
+    QVERIFY(m_adding->found().isEmpty());
 }
 
 void TestSiteImport::aFailureIsSaidInWords()
 {
-    FakeSteps fake;
-    SiteImport adding(fake.steps());
-    adding.readFile(QUrl(QStringLiteral("file:///tmp/!empty")), QStringLiteral("video.example"));
-    QTRY_VERIFY(!adding.isBusy());
-    QVERIFY(adding.error().contains(QStringLiteral("video.example")));
-    QVERIFY(adding.found().isEmpty());
+    readFile(u"!empty"_s, m_site);
+    QVERIFY(m_adding->error().contains(m_site));
+    QVERIFY(m_adding->found().isEmpty());
 
-    fake.isStoreBroken = true;
-    QSignalSpy saved(&adding, &SiteImport::saved);
-    adding.readFile(QUrl(QStringLiteral("file:///tmp/full")), QStringLiteral("video.example"));
-    QTRY_VERIFY(!adding.isBusy());
-    QCOMPARE(adding.error(), QString());
-    adding.save();
-    QTRY_VERIFY(!adding.isBusy());
-    QCOMPARE(adding.error(), QStringLiteral("The disk is full."));
+    m_fake.isStoreBroken = true;
+    const QSignalSpy saved(m_adding.get(), &SiteImport::saved);
+    readFile(u"full"_s, m_site);
+    QCOMPARE(m_adding->error(), QString());
+    m_adding->save();
+    QTRY_VERIFY(!m_adding->isBusy());
+    QCOMPARE(m_adding->error(), u"The disk is full."_s);
     QVERIFY(saved.isEmpty());
-}
-
-void TestSiteImport::nothingIsAskedForASiteThatIsNone()
-{
-    FakeSteps fake;
-    SiteImport adding(fake.steps());
-    adding.readFile(QUrl(QStringLiteral("file:///tmp/cookies.txt")), QStringLiteral("  "));
-    QTRY_VERIFY(!adding.isBusy());
-    QVERIFY(!adding.error().isEmpty());
-    QVERIFY(fake.asked.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestSiteImport)
