@@ -6,6 +6,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace veltro {
 
 using Delivery = MacPasteWatcher::Delivery;
@@ -13,87 +15,76 @@ using Delivery = MacPasteWatcher::Delivery;
 class TestPasteWatcher : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void onlyAWebLinkIsOffered_data()
+    void init()
     {
-        QTest::addColumn<QString>("copied");
-        QTest::addColumn<QUrl>("offered");
-        const QUrl page(QStringLiteral("https://example.org/a"));
-        QTest::newRow("a link") << QStringLiteral("https://example.org/a") << page;
-        QTest::newRow("blanks around it")
-            << QStringLiteral(" \n https://example.org/a\r\n") << page;
-        QTest::newRow("no scheme") << QStringLiteral("example.org/a") << QUrl();
-        QTest::newRow("another scheme") << QStringLiteral("ftp://example.org/a") << QUrl();
-        QTest::newRow("words") << QStringLiteral("see https://example.org/a") << QUrl();
-        QTest::newRow("nothing") << QString() << QUrl();
+        m_pasteboard.held.reset();
+        m_watcher = std::make_unique<MacPasteWatcher>(m_pasteboard, Delivery::atOnce);
     }
+
     void onlyAWebLinkIsOffered()
     {
-        QFETCH(QString, copied);
-        QFETCH(QUrl, offered);
-        FakePasteboard pasteboard;
-        MacPasteWatcher watcher(pasteboard, Delivery::atOnce);
-        pasteboard.held = copied;
-        watcher.check();
-        QCOMPARE(watcher.candidate().value_or(QUrl()), offered);
+        QCOMPARE(offeredAfter(m_one), QUrl(m_one));
+        QCOMPARE(offeredAfter(u"example.org/a"_s), QUrl());
+        QCOMPARE(offeredAfter(u" \n https://example.org/b\r\n"_s), QUrl(m_other));
+        QCOMPARE(offeredAfter(u"ftp://example.org/a"_s), QUrl());
+        QCOMPARE(offeredAfter(u"see https://example.org/a"_s), QUrl());
+        QCOMPARE(offeredAfter(QString()), QUrl());
     }
 
     void aDismissedLinkIsNeverOfferedAgain()
     {
-        FakePasteboard pasteboard;
-        MacPasteWatcher watcher(pasteboard, Delivery::atOnce);
-        pasteboard.held = QStringLiteral("https://example.org/a");
-        watcher.check();
-        watcher.dismiss();
-        QVERIFY(!watcher.candidate());
-        watcher.check();
-        QVERIFY(!watcher.candidate());
-        pasteboard.held = QStringLiteral("https://example.org/b");
-        watcher.check();
-        QCOMPARE(watcher.candidate(), QUrl(QStringLiteral("https://example.org/b")));
-        pasteboard.held = QStringLiteral(" https://example.org/a");
-        watcher.check();
-        QVERIFY(!watcher.candidate());
+        QCOMPARE(offeredAfter(m_one), QUrl(m_one));
+        m_watcher->dismiss();
+        QVERIFY(!m_watcher->candidate());
+        QCOMPARE(offeredAfter(m_one), QUrl());
+        QCOMPARE(offeredAfter(m_other), QUrl(m_other));
+        QCOMPARE(offeredAfter(u' ' + m_one), QUrl());
     }
 
     void copyingSomethingElseWithdrawsTheOfferAtTheNextCheck()
     {
-        FakePasteboard pasteboard;
-        MacPasteWatcher watcher(pasteboard, Delivery::atOnce);
-        QSignalSpy changes(&watcher, &MacPasteWatcher::candidateChanged);
-        pasteboard.held = QStringLiteral("https://example.org/a");
-        watcher.check();
-        watcher.check();
+        const QSignalSpy changes(m_watcher.get(), &MacPasteWatcher::candidateChanged);
+        QCOMPARE(offeredAfter(m_one), QUrl(m_one));
+        QCOMPARE(offeredAfter(m_one), QUrl(m_one));
         QCOMPARE(changes.count(), 1);
-        pasteboard.held.reset();
-        QVERIFY(watcher.candidate());
-        watcher.check();
-        QVERIFY(!watcher.candidate());
+        m_pasteboard.held.reset();
+        QVERIFY(m_watcher->candidate());
+        QCOMPARE(offeredAfter({}), QUrl());
         QCOMPARE(changes.count(), 2);
     }
 
     void nothingIsReadWhenACopyIsAnnounced()
     {
-        FakePasteboard pasteboard;
-        MacPasteWatcher watcher(pasteboard, Delivery::atOnce);
-        watcher.check();
-        pasteboard.held = QStringLiteral("https://example.org/a");
-        Q_EMIT pasteboard.changed();
-        QVERIFY(!watcher.candidate());
+        QCOMPARE(offeredAfter({}), QUrl());
+        m_pasteboard.held = m_one;
+        Q_EMIT m_pasteboard.changed();
+        QVERIFY(!m_watcher->candidate());
     }
 
     void theFirstDeliveryAfterACheckCompletesIt()
     {
-        FakePasteboard pasteboard;
-        MacPasteWatcher watcher(pasteboard, Delivery::afterActivation);
-        watcher.check();
-        QVERIFY(!watcher.candidate());
-        pasteboard.held = QStringLiteral("https://example.org/a");
-        Q_EMIT pasteboard.changed();
-        QCOMPARE(watcher.candidate(), QUrl(*pasteboard.held));
-        pasteboard.held = QStringLiteral("https://example.org/copied-here");
-        Q_EMIT pasteboard.changed();
-        QCOMPARE(watcher.candidate(), QUrl(QStringLiteral("https://example.org/a")));
+        m_watcher = std::make_unique<MacPasteWatcher>(m_pasteboard, Delivery::afterActivation);
+        QCOMPARE(offeredAfter({}), QUrl());
+        for (const QString &copied : {m_one, m_other}) {
+            m_pasteboard.held = copied;
+            Q_EMIT m_pasteboard.changed();
+            QCOMPARE(m_watcher->candidate(), QUrl(m_one));
+        }
     }
+
+private:
+    /// What is offered once that was copied and looked for.
+    [[nodiscard]] QUrl offeredAfter(const std::optional<QString> &copied)
+    {
+        m_pasteboard.held = copied;
+        m_watcher->check();
+        return m_watcher->candidate().value_or(QUrl());
+    }
+
+    const QString m_one = u"https://example.org/a"_s;
+    const QString m_other = u"https://example.org/b"_s;
+    FakePasteboard m_pasteboard;
+    std::unique_ptr<MacPasteWatcher> m_watcher;
 };
 
 }
