@@ -15,25 +15,20 @@ namespace veltro {
 class TestSurface : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void cornersFollowTheirExponent_data()
-    {
-        QTest::addColumn<double>("exponent");
-        QTest::newRow("an arc") << 2.0;
-        QTest::newRow("a continuous corner") << 2.6;
-    }
     void cornersFollowTheirExponent()
     {
-        QFETCH(double, exponent);
-        SurfaceStyle style;
-        style.fill = Qt::red;
-        style.radius = 40;
-        style.cornerExponent = exponent;
-        const QImage image = rasterizeSurface(QSizeF(100, 100), style, 1);
-        // On the diagonal the edge lies where twice x^n is r^n.
-        const double reach = 40 / std::pow(2, 1 / exponent);
-        const int edge = int(std::lround(1 + 40 - reach));
-        QCOMPARE(image.pixelColor(edge + 2, edge + 2), QColor(Qt::red));
-        QCOMPARE(image.pixelColor(edge - 2, edge - 2).alpha(), 0);
+        for (const double exponent : {2.0, 2.6}) { // an arc, and a continuous corner
+            SurfaceStyle style;
+            style.fill = Qt::red;
+            style.radius = 40;
+            style.cornerExponent = exponent;
+            const QImage image = rasterizeSurface(QSizeF(100, 100), style, 1);
+            // On the diagonal the edge lies where twice x^n is r^n.
+            const double reach = 40 / std::pow(2, 1 / exponent);
+            const int edge = int(std::lround(1 + 40 - reach));
+            QCOMPARE(image.pixelColor(edge + 2, edge + 2), QColor(Qt::red));
+            QCOMPARE(image.pixelColor(edge - 2, edge - 2).alpha(), 0);
+        }
     }
 
     void theHairlineLiesInsideTheEdgeAndTheFillWithinIt()
@@ -122,34 +117,30 @@ private Q_SLOTS:
 void TestSurface::lineIconsHaveThePathsOfTheDesign_data()
 {
     QTest::addColumn<QPainterPath>("path");
-    const auto stroke = [](const QList<QPointF> &points) { return QPolygonF(points); };
-    const auto lines = [](const QList<QPolygonF> &strokes) {
+    const auto lines = [](const QList<QList<QPointF>> &strokes) {
         QPainterPath path;
-        for (const QPolygonF &one : strokes) {
-            path.addPolygon(one);
+        for (const QList<QPointF> &stroke : strokes) {
+            path.addPolygon(stroke);
         }
         return path;
     };
-    const auto boxes = [](const QRectF &outer, double outerRadius, const QRectF &inner,
-                          double innerRadius) {
+    const auto box = [](const QRectF &frame, double radius) {
         QPainterPath path;
-        path.addRoundedRect(outer, outerRadius, outerRadius);
-        path.addRoundedRect(inner, innerRadius, innerRadius);
+        path.addRoundedRect(frame, radius, radius);
         return path;
     };
-    QTest::newRow("download") << lines(
-        {stroke({{12, 4}, {12, 19}}), stroke({{6, 13}, {12, 19}, {18, 13}})});
-    QTest::newRow("arrowRight") << lines(
-        {stroke({{4, 12}, {19, 12}}), stroke({{13, 6}, {19, 12}, {13, 18}})});
-    QTest::newRow("clipboard") << boxes({6, 5, 12, 16}, 2, {9, 3, 6, 4}, 1);
-    QTest::newRow("close") << lines({stroke({{6, 6}, {18, 18}}), stroke({{18, 6}, {6, 18}})});
-    QPainterPath play = lines({stroke({{8, 5}, {19, 12}, {8, 19}})});
+    QPainterPath play = lines({{{8, 5}, {19, 12}, {8, 19}}});
     play.closeSubpath();
+    QPainterPath film = box({4, 4, 16, 16}, 2);
+    film.addPath(
+        lines({{{4, 8}, {20, 8}}, {{4, 16}, {20, 16}}, {{9, 4}, {9, 20}}, {{15, 4}, {15, 20}}}));
+    QPainterPath clipboard = box({6, 5, 12, 16}, 2);
+    clipboard.addPath(box({9, 3, 6, 4}, 1));
+    QTest::newRow("download") << lines({{{12, 4}, {12, 19}}, {{6, 13}, {12, 19}, {18, 13}}});
+    QTest::newRow("arrowRight") << lines({{{4, 12}, {19, 12}}, {{13, 6}, {19, 12}, {13, 18}}});
+    QTest::newRow("clipboard") << clipboard;
+    QTest::newRow("close") << lines({{{6, 6}, {18, 18}}, {{18, 6}, {6, 18}}});
     QTest::newRow("play") << play;
-    QPainterPath film;
-    film.addRoundedRect(4, 4, 16, 16, 2, 2);
-    film.addPath(lines({stroke({{4, 8}, {20, 8}}), stroke({{4, 16}, {20, 16}}),
-                        stroke({{9, 4}, {9, 20}}), stroke({{15, 4}, {15, 20}})}));
     QTest::newRow("film") << film;
 }
 

@@ -6,7 +6,6 @@
 
 #include <QBuffer>
 #include <QFile>
-#include <QImageWriter>
 #include <QPainter>
 #include <QQuickWindow>
 #include <QSignalSpy>
@@ -19,6 +18,7 @@
 #include <functional>
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
 using namespace veltro;
 using Status = Thumbnail::Status;
 
@@ -102,7 +102,7 @@ public:
     }
     [[nodiscard]] QUrl address() const
     {
-        return QUrl(QStringLiteral("http://127.0.0.1:%1/picture").arg(serverPort()));
+        return QUrl(u"http://127.0.0.1:%1/picture"_s.arg(serverPort()));
     }
 
     int requests = 0;
@@ -122,6 +122,25 @@ void redirect(QTcpSocket &socket, const QByteArray &target)
                  target + "\r\n\r\n");
 }
 
+/// A thumbnail that fills a window, with round corners.
+struct ShownThumbnail {
+    explicit ShownThumbnail(Thumbnail::Origin origin)
+    {
+        window.resize(96, 64);
+        window.setColor(Qt::white);
+        item->setOrigin(origin);
+        item->setSize({96, 64});
+        item->setRadius(12);
+        window.show();
+        if (!QTest::qWaitForWindowExposed(&window)) {
+            qFatal("the window is not shown");
+        }
+    }
+
+    QQuickWindow window;
+    Thumbnail *item = new Thumbnail(window.contentItem());
+};
+
 /// What a fetch announces; null also when it announced nothing in time.
 QImage fetch(const QUrl &address, WebPictureLimits limits = {})
 {
@@ -140,10 +159,7 @@ class TestThumbnail : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void aPictureFillsItsFrameAndIsCutAlikeOnBothSides();
-    void cornersAreRound();
-    void picturesOfPagesAreRead_data();
     void picturesOfPagesAreRead();
-    void whatIsNoPictureGivesNothing_data();
     void whatIsNoPictureGivesNothing();
     void aPictureComesFromTheWebWithoutCookies();
     void redirectionsStayOnTheWeb();
@@ -161,67 +177,44 @@ void TestThumbnail::aPictureFillsItsFrameAndIsCutAlikeOnBothSides()
     for (const QSize size : {QSize(960, 64), QSize(96, 640), QSize(9, 6), QSize(4000, 3000)}) {
         const QImage picture = framed(encoded(halves(size), "PNG"));
         QCOMPARE(picture.size(), small.pixels);
-        QVERIFY2(looksLike(picture.pixelColor(20, 32), Qt::red),
-                 qPrintable(QDebug::toString(size)));
-        QVERIFY2(looksLike(picture.pixelColor(76, 32), Qt::blue),
-                 qPrintable(QDebug::toString(size)));
+        const QString what = QDebug::toString(size);
+        QVERIFY2(looksLike(picture.pixelColor(20, 32), Qt::red), qPrintable(what));
+        QVERIFY2(looksLike(picture.pixelColor(76, 32), Qt::blue), qPrintable(what));
         QCOMPARE(picture.pixelColor(0, 0).alpha(), 255);
         QCOMPARE(picture.pixelColor(95, 63).alpha(), 255);
     }
 }
 
-void TestThumbnail::cornersAreRound()
-{
-    const QImage picture = framed(encoded(halves({300, 200}), "PNG"), {{96, 64}, 10});
-    QCOMPARE(picture.pixelColor(0, 0).alpha(), 0);
-    QCOMPARE(picture.pixelColor(95, 63).alpha(), 0);
-    QCOMPARE(picture.pixelColor(48, 0).alpha(), 255);
-    QCOMPARE(picture.pixelColor(0, 32).alpha(), 255);
-}
-
-void TestThumbnail::picturesOfPagesAreRead_data()
-{
-    QTest::addColumn<QByteArray>("kind");
-    for (const char *kind : {"JPEG", "PNG", "WEBP", "BMP"}) {
-        QTest::newRow(kind) << QByteArray(kind);
-    }
-}
-
 void TestThumbnail::picturesOfPagesAreRead()
 {
-    QFETCH(QByteArray, kind);
-    if (!QImageWriter::supportedImageFormats().contains(kind.toLower())) {
-        QSKIP("this machine cannot write one");
+    for (const char *kind : {"JPEG", "PNG", "WEBP", "BMP"}) {
+        const QImage picture = framed(encoded(halves({320, 180}), kind));
+        QVERIFY2(looksLike(picture.pixelColor(20, 32), Qt::red), kind);
+        QVERIFY2(looksLike(picture.pixelColor(76, 32), Qt::blue), kind);
     }
-    const QImage picture = framed(encoded(halves({320, 180}), kind.constData()));
-    QVERIFY(looksLike(picture.pixelColor(20, 32), Qt::red));
-    QVERIFY(looksLike(picture.pixelColor(76, 32), Qt::blue));
-}
-
-void TestThumbnail::whatIsNoPictureGivesNothing_data()
-{
-    QTest::addColumn<QByteArray>("data");
-    const QByteArray png = encoded(halves({32, 32}), "PNG");
-    QTest::newRow("nothing") << QByteArray();
-    QTest::newRow("a page") << QByteArray("<!doctype html><title>no</title>");
-    QTest::newRow("a vector picture")
-        << QByteArray("<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'>"
-                      "<rect width='9' height='9'/></svg>");
-    QTest::newRow("a header alone") << png.left(33);
-    QTest::newRow("too wide") << pngHeader(20'000, 10);
-    QTest::newRow("too high") << pngHeader(10, 20'000);
-    QTest::newRow("too many pixels") << pngHeader(15'000, 15'000);
-    QTest::newRow("no pixels") << pngHeader(0, 0);
 }
 
 void TestThumbnail::whatIsNoPictureGivesNothing()
 {
-    QFETCH(QByteArray, data);
-    QVERIFY(framed(data).isNull());
-    QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("picture.png"));
-    QVERIFY(ffmpeg::writeFile(path, data));
-    QVERIFY(framedFile(path, small).isNull());
+    const QByteArray svg = "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'>"
+                           "<rect width='9' height='9'/></svg>";
+    const std::vector<std::pair<const char *, QByteArray>> none{
+        {"nothing", {}},
+        {"a page", "<!doctype html><title>no</title>"},
+        {"a vector picture", svg},
+        {"a header alone", encoded(halves({32, 32}), "PNG").left(33)},
+        {"too wide", pngHeader(20'000, 10)},
+        {"too high", pngHeader(10, 20'000)},
+        {"too many pixels", pngHeader(15'000, 15'000)},
+        {"no pixels", pngHeader(0, 0)},
+    };
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"picture.png"_s);
+    for (const auto &[why, data] : none) {
+        QVERIFY2(framed(data).isNull(), why);
+        QVERIFY(ffmpeg::writeFile(path, data));
+        QVERIFY2(framedFile(path, small).isNull(), why);
+    }
 }
 
 void TestThumbnail::aPictureComesFromTheWebWithoutCookies()
@@ -246,7 +239,7 @@ void TestThumbnail::redirectionsStayOnTheWeb()
     QVERIFY(!fetch(web.address()).isNull());
 
     QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("secret.png")));
+    QFile file(folder.filePath(u"secret.png"_s));
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(png) == png.size());
     file.close();
     const QByteArray local = QUrl::fromLocalFile(file.fileName()).toEncoded();
@@ -311,16 +304,16 @@ void TestThumbnail::ofAPictureThatMovesTheFirstIsShown()
         const QString name = QString::fromLatin1(file);
         // Red for half a second, then blue.
         QVERIFY(ffmpeg::makeMedia(
-            QStringLiteral("-f lavfi -i color=red:size=320x180:rate=10:duration=0.5 -f lavfi -i "
-                           "color=blue:size=320x180:rate=10:duration=0.5 -filter_complex concat "
-                           "-loop 0 ") +
+            u"-f lavfi -i color=red:size=320x180:rate=10:duration=0.5 -f lavfi -i "
+            "color=blue:size=320x180:rate=10:duration=0.5 -filter_complex concat "
+            "-loop 0 "_s +
                 name,
             folder.path()));
         const QImage picture = framedFile(folder.filePath(name), small);
         QVERIFY2(looksLike(picture.pixelColor(48, 32), Qt::red), file);
     }
     // A pipe that nobody writes is no picture, and nobody waits for it.
-    const QString pipe = folder.filePath(QStringLiteral("pipe.png"));
+    const QString pipe = folder.filePath(u"pipe.png"_s);
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     QVERIFY(framedFile(pipe, small).isNull());
 }
@@ -329,21 +322,16 @@ void TestThumbnail::anItemForFilesShowsThemAndAsksNobody()
 {
     Site site([](QTcpSocket &socket) { answer(socket, encoded(halves({96, 64}), "PNG")); });
     QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("picture.png"));
+    const QString path = folder.filePath(u"picture.png"_s);
     QVERIFY(halves({300, 200}).save(path));
-    QQuickWindow window;
-    window.resize(96, 64);
-    auto *item = new Thumbnail(window.contentItem());
-    item->setSize({96, 64});
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    item->setSource(QUrl::fromLocalFile(path));
-    QTRY_COMPARE(item->status(), Status::Ready);
-    QTRY_VERIFY(looksLike(window.grabWindow().pixelColor(20, 32), Qt::red));
-    item->setSource(site.address());
-    QTRY_COMPARE(item->status(), Status::Failed);
-    item->setSource(QUrl::fromLocalFile(folder.filePath(QStringLiteral("gone.png"))));
-    QTRY_COMPARE(item->status(), Status::Failed);
+    ShownThumbnail shown(Thumbnail::Origin::File);
+    shown.item->setSource(QUrl::fromLocalFile(path));
+    QTRY_COMPARE(shown.item->status(), Status::Ready);
+    QTRY_VERIFY(looksLike(shown.window.grabWindow().pixelColor(20, 32), Qt::red));
+    shown.item->setSource(site.address());
+    QTRY_COMPARE(shown.item->status(), Status::Failed);
+    shown.item->setSource(QUrl::fromLocalFile(folder.filePath(u"gone.png"_s)));
+    QTRY_COMPARE(shown.item->status(), Status::Failed);
     QCOMPARE(site.requests, 0);
 }
 
@@ -351,34 +339,23 @@ void TestThumbnail::theItemShowsWhatItFetched()
 {
     const QByteArray png = encoded(halves({300, 200}), "PNG");
     Site site([&](QTcpSocket &socket) { answer(socket, png); });
-    QQuickWindow window;
-    window.resize(96, 64);
-    window.setColor(Qt::white);
-    auto *item = new Thumbnail(window.contentItem());
-    item->setOrigin(Thumbnail::Origin::Web);
-    item->setSize({96, 64});
-    item->setRadius(12);
-    QSignalSpy changed(item, &Thumbnail::statusChanged);
-    item->setSource(site.address());
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QTRY_COMPARE(item->status(), Status::Ready);
+    ShownThumbnail shown(Thumbnail::Origin::Web);
+    const QSignalSpy changed(shown.item, &Thumbnail::statusChanged);
+    shown.item->setSource(site.address());
+    QTRY_COMPARE(shown.item->status(), Status::Ready);
     QCOMPARE(changed.size(), 2);
-    QImage shown;
-    const auto isDrawn = [&] {
-        shown = window.grabWindow();
-        return looksLike(shown.pixelColor(20, 32), Qt::red);
-    };
-    QTRY_VERIFY(isDrawn());
-    QVERIFY(looksLike(shown.pixelColor(76, 32), Qt::blue));
-    QVERIFY(looksLike(shown.pixelColor(0, 0), Qt::white));
+    QTRY_VERIFY(looksLike(shown.window.grabWindow().pixelColor(20, 32), Qt::red));
+    const QImage drawn = shown.window.grabWindow();
+    QVERIFY(looksLike(drawn.pixelColor(76, 32), Qt::blue));
+    QVERIFY(looksLike(drawn.pixelColor(0, 0), Qt::white)); // round
+    QVERIFY(looksLike(drawn.pixelColor(95, 63), Qt::white));
     QCOMPARE(site.requests, 1);
 
-    item->setSource(QUrl(QStringLiteral("file:///etc/hostname")));
-    QTRY_COMPARE(item->status(), Status::Failed);
-    QTRY_VERIFY(looksLike(window.grabWindow().pixelColor(20, 32), Qt::white));
-    item->setSource({});
-    QTRY_COMPARE(item->status(), Status::Nothing);
+    shown.item->setSource(QUrl(u"file:///etc/hostname"_s));
+    QTRY_COMPARE(shown.item->status(), Status::Failed);
+    QTRY_VERIFY(looksLike(shown.window.grabWindow().pixelColor(20, 32), Qt::white));
+    shown.item->setSource({});
+    QTRY_COMPARE(shown.item->status(), Status::Nothing);
 }
 
 void TestThumbnail::aNewSourceOrTheEndDropsWhatIsUnderWay()
@@ -386,21 +363,16 @@ void TestThumbnail::aNewSourceOrTheEndDropsWhatIsUnderWay()
     Site silent([](QTcpSocket &) {});
     const QByteArray png = encoded(halves({300, 200}), "PNG");
     Site site([&](QTcpSocket &socket) { answer(socket, png); });
-    QQuickWindow window;
-    auto *item = new Thumbnail(window.contentItem());
-    item->setOrigin(Thumbnail::Origin::Web);
-    item->setSize({96, 64});
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    item->setSource(silent.address());
+    const ShownThumbnail shown(Thumbnail::Origin::Web);
+    shown.item->setSource(silent.address());
     QTRY_COMPARE(silent.requests, 1);
-    QCOMPARE(item->status(), Status::Loading);
-    item->setSource(site.address());
+    QCOMPARE(shown.item->status(), Status::Loading);
+    shown.item->setSource(site.address());
     QTRY_COMPARE(silent.partings, 1);
-    QTRY_COMPARE(item->status(), Status::Ready);
-    item->setSource(silent.address());
+    QTRY_COMPARE(shown.item->status(), Status::Ready);
+    shown.item->setSource(silent.address());
     QTRY_COMPARE(silent.requests, 2);
-    delete item;
+    delete shown.item;
     QTRY_COMPARE(silent.partings, 2);
 }
 
