@@ -16,8 +16,17 @@ from window_session import until  # noqa: E402
 LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 
 
+def answer(question, otherwise):
+    """A property of a node: what the question has for an answer; what has gone says nothing."""
+    return property(lambda node: node.ask(question, otherwise))
+
+
+def state(kind):
+    return property(lambda node: node.has(kind))
+
+
 class Node:
-    """One object of the tree, as it is when it is asked. What has gone meanwhile says nothing."""
+    """One object of the tree, as it is when it is asked."""
 
     def __init__(self, accessible):
         self.accessible = accessible
@@ -28,57 +37,27 @@ class Node:
         except GLib.Error:  # it has gone
             return otherwise
 
-    @property
-    def name(self):
-        return self.ask(Atspi.Accessible.get_name, "")
-
-    @property
-    def description(self):
-        return self.ask(Atspi.Accessible.get_description, "")
-
-    @property
-    def role(self):
-        return self.ask(Atspi.Accessible.get_role_name, "")
-
-    @property
-    def actions(self):
-        def names(accessible):
-            return [Atspi.Action.get_action_name(accessible, index)
-                    for index in range(Atspi.Action.get_n_actions(accessible))]
-        return self.ask(names, [])
-
-    @property
-    def value(self):
-        return self.ask(Atspi.Value.get_current_value, 0.0)
-
-    @property
-    def text(self):
-        return self.ask(lambda accessible: Atspi.Text.get_text(
-            accessible, 0, Atspi.Text.get_character_count(accessible)), "")
-
     def has(self, *states):
         known = self.ask(Atspi.Accessible.get_state_set, None)
-        return known is not None and all(known.contains(state) for state in states)
+        return known is not None and all(known.contains(one) for one in states)
+
+    name = answer(Atspi.Accessible.get_name, "")
+    description = answer(Atspi.Accessible.get_description, "")
+    role = answer(Atspi.Accessible.get_role_name, "")
+    value = answer(Atspi.Value.get_current_value, 0.0)
+    text = answer(lambda accessible: Atspi.Text.get_text(
+        accessible, 0, Atspi.Text.get_character_count(accessible)), "")
+    actions = answer(lambda accessible: [
+        Atspi.Action.get_action_name(accessible, index)
+        for index in range(Atspi.Action.get_n_actions(accessible))], [])
+    is_focused = state(Atspi.StateType.FOCUSED)
+    is_checked = state(Atspi.StateType.CHECKED)
+    is_selected = state(Atspi.StateType.SELECTED)
+    is_focusable = state(Atspi.StateType.FOCUSABLE)
 
     @property
     def is_shown(self):
         return self.has(Atspi.StateType.VISIBLE, Atspi.StateType.SHOWING)
-
-    @property
-    def is_focused(self):
-        return self.has(Atspi.StateType.FOCUSED)
-
-    @property
-    def is_checked(self):
-        return self.has(Atspi.StateType.CHECKED)
-
-    @property
-    def is_selected(self):
-        return self.has(Atspi.StateType.SELECTED)
-
-    @property
-    def is_focusable(self):
-        return self.has(Atspi.StateType.FOCUSABLE)
 
     @property
     def parent(self):
@@ -147,6 +126,13 @@ class Tree:
     def focused(self):
         """The innermost object that has the keyboard."""
         return next((node for node in reversed(list(self.shown())) if node.is_focused), None)
+
+    def window_fits(self):
+        """Whether the program's window is at least as large as it is to be, with its frame above it
+        on the display."""
+        left, top, width, height = self.get("frame", "Veltro").area
+        return (left >= 0 and top > 0 and width >= 980 and height >= 680 and
+                left + width <= 1366 and top + height <= 768)
 
     def type_link(self, link):
         """Into Home's field, by the registry's own keys."""

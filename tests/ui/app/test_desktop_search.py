@@ -3,7 +3,6 @@
 """What the desktop's search finds is opened in the program: over the session bus, by the helper
 that the desktop asks."""
 import ast
-import unittest
 
 from accessible_tree import Tree
 from window_session import BUNDLE, SessionTest, Site, until
@@ -46,7 +45,3 @@ class DesktopSearchTest(SessionTest):
         self.call("LaunchSearch", "['two', 'sizes']", "0")
         until(lambda: self.tree.get("text", "Search").text == "two sizes", "the search")
         self.tree.wait_until_gone("list item", PAGES["/plain"])
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,7 +1,6 @@
 # SPDX-FileCopyrightText: Veltro contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The whole journey by keys alone. The tree is only looked at."""
-import unittest
 
 from journey import Journey
 from keyboard import Keyboard
@@ -45,7 +44,3 @@ class JourneyByKeys(Journey):
 
     def delete(self):
         self.keys.press("Delete")
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,7 +1,6 @@
 # SPDX-FileCopyrightText: Veltro contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The whole journey by actions of the accessibility tree alone, as a screen reader makes them."""
-import unittest
 
 from journey import TITLE, Journey
 
@@ -36,7 +35,3 @@ class JourneyByTree(Journey):
 
     def delete(self):
         self.tree.get("push button", "Delete").press()
-
-
-if __name__ == "__main__":
-    unittest.main()

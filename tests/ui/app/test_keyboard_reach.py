@@ -2,7 +2,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Where the keyboard gets to: the stops of the Tab key on every tab, menus of rows and tiles, and
 the way out of sheets and of the full screen."""
-import unittest
 
 from accessible_tree import Tree
 from keyboard import Keyboard
@@ -19,6 +18,7 @@ class KeyboardReachTest(SessionTest):
         self.tree = Tree(self.session)
         self.keys = Keyboard(self.session, self.tree)
         self.session.start_program()
+        until(self.tree.window_fits, "a window that fits")
 
     def assert_stops(self, *expected):
         """The Tab key comes by these in their order, and by the sidebar."""
@@ -97,7 +97,3 @@ class KeyboardReachTest(SessionTest):
         self.tree.get("dialog", "Add a logged-in site")
         self.keys.press("Escape")
         self.tree.wait_until_gone("dialog", "Add a logged-in site")
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -2,7 +2,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """What a screen reader is told: on every tab, in the sheets, the menus and an alert, whatever takes
 the keyboard or an action has a name and says what it is."""
-import unittest
 
 from accessible_tree import Tree
 from window_session import PROGRAM, SessionTest, Site, until
@@ -15,7 +14,9 @@ class SpokenTreeTest(SessionTest):
         super().setUp()
         self.site = Site(self.stack)
         self.tree = Tree(self.session)
+        self.session.remember_window(3800, 2100)  # of a larger display
         self.session.start_program()
+        until(self.tree.window_fits, "a window that fits")
 
     def look(self, place, *expected):
         """The tree of the place has what is expected, and nothing that says nothing."""
@@ -88,7 +89,3 @@ class SpokenTreeTest(SessionTest):
         self.look("alert", ("dialog", "Engine error"), ("push button", "OK"))
         self.tree.get("push button", "OK").press()
         self.tree.wait_until_gone("dialog", "Engine error")
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -7,6 +7,8 @@
 #include <QBuffer>
 #include <QRegularExpression>
 
+using namespace Qt::StringLiterals;
+
 namespace veltro {
 
 class TestLinkDrop : public QObject {
@@ -33,7 +35,7 @@ private:
 
 void TestLinkDrop::init()
 {
-    QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
     m_bench = std::make_unique<WindowBench>();
     QVERIFY(QTest::qWaitForWindowActive(&m_bench->window()));
     m_bench->window().setPosition(40, 60);
@@ -46,10 +48,9 @@ void TestLinkDrop::cleanup()
 
 QByteArray TestLinkDrop::drag(const QByteArray &type, const QByteArray &content)
 {
-    m_bench->home.write(QStringLiteral("dragged"), content);
-    OtherProgram other(
-        {QStringLiteral("drag"), QStringLiteral("1200"), QStringLiteral("300"),
-         QString::fromLatin1(type) + u'=' + m_bench->home.path(QStringLiteral("dragged"))});
+    m_bench->home.write(u"dragged"_s, content);
+    OtherProgram other({u"drag"_s, u"1200"_s, u"300"_s,
+                        QString::fromLatin1(type) + u'=' + m_bench->home.path(u"dragged"_s)});
     m_display.movePointer({1275, 375});
     m_display.press();
     m_display.movePointer({1230, 330});
@@ -77,10 +78,10 @@ void TestLinkDrop::aLinkIsSubmittedOnce()
     QFETCH(QByteArray, type);
     QFETCH(QByteArray, before);
     QFETCH(QByteArray, after);
-    const QString path = QStringLiteral("/plain");
+    const QString path = u"/plain"_s;
     QCOMPARE(drag(type, before + m_bench->site.url(path).toEncoded() + after), QByteArray("taken"));
     QTRY_VERIFY_WITH_TIMEOUT(m_bench->store().hasPendingFormatPick(), CoordinatorBench::patience);
-    QTRY_VERIFY(m_bench->popup(QStringLiteral("formatPicker")).property("opened").toBool());
+    QTRY_VERIFY(m_bench->popup(u"formatPicker"_s).property("opened").toBool());
     QCOMPARE(m_bench->site.requestCount(path), 1);
     m_bench->store().clearPendingFormatPick();
 }

@@ -6,45 +6,30 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace veltro {
 
 class TestWindowParts : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void aDropGivesItsFirstLink_data()
-    {
-        QTest::addColumn<QList<QUrl>>("addresses");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QUrl>("link");
-        const QUrl page(QStringLiteral("https://a.example/1"));
-        QTest::newRow("an address") << QList<QUrl>{page} << QString() << page;
-        QTest::newRow("the first of two")
-            << QList<QUrl>{QUrl(), page, QUrl(QStringLiteral("https://b.example"))} << QString()
-            << page;
-        const QUrl file = QUrl::fromLocalFile(QStringLiteral("/srv/films/clip.mp4"));
-        QTest::newRow("a file") << QList<QUrl>{file} << file.toString() << QUrl();
-        QTest::newRow("a link after a file") << QList<QUrl>{file, page} << QString() << page;
-        QTest::newRow("a picture in its address")
-            << QList<QUrl>{QUrl(QStringLiteral("data:image/png;base64,AAAA"))} << QString()
-            << QUrl();
-        QTest::newRow("text alone")
-            << QList<QUrl>() << QStringLiteral(" https://a.example/1\n") << page;
-        QTest::newRow("words") << QList<QUrl>() << QStringLiteral("not a link") << QUrl();
-        QTest::newRow("an image") << QList<QUrl>() << QString() << QUrl();
-        QTest::newRow("a whole document")
-            << QList<QUrl>() << QStringLiteral("https://a.example/").repeated(10'000) << QUrl();
-    }
     void aDropGivesItsFirstLink()
     {
-        QFETCH(QList<QUrl>, addresses);
-        QFETCH(QString, text);
-        QTEST(LinkDrop::firstLink(addresses, text), "link");
+        const QUrl page(u"https://a.example/1"_s);
+        const QUrl picture(u"data:image/png;base64,AAAA"_s);
+        const QUrl file(u"file:///srv/films/clip.mp4"_s);
+        QCOMPARE(LinkDrop::firstLink({QUrl(), picture, page, QUrl(u"https://b.example"_s)}, {}),
+                 page);
+        QCOMPARE(LinkDrop::firstLink({picture}, {}), QUrl());
+        QCOMPARE(LinkDrop::firstLink({file}, file.toString()), QUrl());
+        const QString document = u"https://a.example/"_s.repeated(10'000);
+        QCOMPARE(LinkDrop::firstLink({}, document), QUrl());
     }
 
     void theWindowIsRememberedWithinItsLimits()
     {
         const QTemporaryDir folder;
-        const QString file = folder.filePath(QStringLiteral("defaults.ini"));
+        const QString file = folder.filePath(u"defaults.ini"_s);
         {
             WindowMemory memory{DefaultsStore(file)};
             QCOMPARE(memory.sidebarWidth(), 240);
@@ -62,8 +47,8 @@ private Q_SLOTS:
     void aBrokenMemoryIsForgotten()
     {
         const QTemporaryDir folder;
-        const DefaultsStore store(folder.filePath(QStringLiteral("defaults.ini")));
-        store.setData(QStringLiteral("MainWindow"), R"({"width":"x","height":-4})");
+        const DefaultsStore store(folder.filePath(u"defaults.ini"_s));
+        store.setData(u"MainWindow"_s, R"({"width":"x","height":-4})");
         const WindowMemory memory(store);
         QCOMPARE(memory.property("width").toInt(), 1120);
         QCOMPARE(memory.property("height").toInt(), 1);

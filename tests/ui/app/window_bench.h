@@ -3,6 +3,7 @@
 #pragma once
 #include "platform/updater.h"
 #include "tests/coordination/coordinator_bench.h"
+#include "tests/ui/screens/screen_under_test.h"
 #include "ui/app/window_memory.h"
 #include "ui/design/appearance.h"
 #include "ui/home/home_model.h"
@@ -65,47 +66,26 @@ public:
     [[nodiscard]] UpdateManager &updates() { return m_updates; }
 
     /// The item of that name, wherever it is in the window; fails the program when there is none.
-    [[nodiscard]] QQuickItem &item(const QString &name)
+    [[nodiscard]] QQuickItem &item(QAnyStringView name)
     {
-        QQuickItem *found = find(m_window->contentItem(), name);
-        if (found == nullptr) {
-            qFatal("there is no item %s", qPrintable(name));
-        }
-        return *found;
-    }
-    [[nodiscard]] QQuickItem *find(QQuickItem *in, const QString &name)
-    {
-        if (in->objectName() == name) {
-            return in;
-        }
-        for (QQuickItem *child : in->childItems()) {
-            if (QQuickItem *found = find(child, name)) {
-                return found;
-            }
-        }
-        return nullptr;
+        const auto isNamed = [&](const QQuickItem &item) { return item.objectName() == name; };
+        return given(itemsWhere(*m_window->contentItem(), isNamed).value(0), name);
     }
     /// A sheet or an alert. They are made in spare time.
-    [[nodiscard]] QObject &popup(const QString &name)
+    [[nodiscard]] QObject &popup(QAnyStringView name)
     {
-        QObject *found = nullptr;
-        (void)QTest::qWaitFor([&] {
-            found = m_window->findChild<QObject *>(name);
-            return found != nullptr;
-        });
-        if (found == nullptr) {
-            qFatal("there is no popup %s", qPrintable(name));
-        }
-        return *found;
+        const auto find = [&] { return m_window->findChild<QObject *>(name.toString()); };
+        (void)QTest::qWaitFor([&] { return find() != nullptr; });
+        return given(find(), name);
     }
     /// Whether the item of that name can be seen; it may belong to a menu.
-    [[nodiscard]] bool isShown(const QString &name) const
+    [[nodiscard]] bool isShown(QAnyStringView name) const
     {
-        const auto *found = m_window->findChild<QQuickItem *>(name);
+        const auto *found = m_window->findChild<QQuickItem *>(name.toString());
         return found != nullptr && found->isVisible() && found->window() != nullptr;
     }
     /// By pointer, from the menu bar on.
-    void clickMenu(int menu, const QString &line)
+    void clickMenu(int menu, QAnyStringView line)
     {
         QQuickItem *entry = nullptr;
         QQuickItem *bar = m_window->property("menuBar").value<QQuickItem *>();
@@ -115,11 +95,19 @@ public:
         if (!QTest::qWaitFor([this, &line] { return isShown(line); })) {
             qFatal("the menu does not open");
         }
-        clickItem(*m_window->findChild<QQuickItem *>(line));
+        clickItem(*m_window->findChild<QQuickItem *>(line.toString()));
     }
-    void click(const QString &name) { clickItem(item(name)); }
+    void click(QAnyStringView name) { clickItem(item(name)); }
 
 private:
+    template <typename Object>
+    static Object &given(Object *found, QAnyStringView name)
+    {
+        if (found == nullptr) {
+            qFatal("there is no %s", qPrintable(name.toString()));
+        }
+        return *found;
+    }
     void clickItem(const QQuickItem &target)
     {
         const QPointF middle = target.mapToScene({target.width() / 2, target.height() / 2});

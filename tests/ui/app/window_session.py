@@ -6,6 +6,7 @@ site for the web.
 Needs VELTRO_BUNDLE and VELTRO_TEST_MEDIA in the environment, as ctest sets them.
 """
 import contextlib
+import json
 import os
 import pathlib
 import subprocess
@@ -98,13 +99,20 @@ class Session:
                          stdout=subprocess.PIPE, text=True)
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
 
+    def remember_window(self, width, height):
+        """As the program does at its end."""
+        settings = self.home / "config/veltro/veltro.ini"
+        settings.parent.mkdir(parents=True)
+        window = json.dumps({"width": width, "height": height})
+        settings.write_text(f"[General]\nMainWindow={json.dumps(window)}\n", encoding="utf-8")
+
     def start_program(self, *arguments):
         """The window once it is up and has the keyboard."""
         log = self.stack.enter_context(open(self.log, "wb"))
-        program = self.start([str(PROGRAM), *arguments], stderr=log)
+        self.program = self.start([str(PROGRAM), *arguments], stderr=log)
 
         def first_window():
-            assert program.poll() is None, self.log.read_text(encoding="utf-8", errors="replace")
+            assert self.program.poll() is None, self.log.read_text(encoding="utf-8", errors="replace")
             return self.windows()
         window = until(first_window, "the window")[0]
         def has_keyboard():

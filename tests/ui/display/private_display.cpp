@@ -3,14 +3,11 @@
 #include "tests/ui/display/private_display.h"
 
 #include <QCoreApplication>
-#include <QRegularExpression>
 #include <QTest>
 #include <QWindow>
 
 #include <csignal>
-#include <cstdlib>
 #include <sys/prctl.h>
-#include <xcb/xcb.h>
 
 namespace veltro {
 namespace {
@@ -77,32 +74,6 @@ void PrivateDisplay::act(const QStringList &words) const
     if (!run(tool, words) || tool.exitCode() != 0) {
         qFatal("xdotool does not do: %s", qPrintable(words.join(u' ')));
     }
-}
-
-QString PrivateDisplay::ask(const QStringList &words) const
-{
-    QProcess tool;
-    return run(tool, words) ? QString::fromUtf8(tool.readAllStandardOutput()) : QString();
-}
-
-QRect PrivateDisplay::placeOf(const QString &title) const
-{
-    const QString found =
-        ask({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-             u'^' + QRegularExpression::escape(title) + u'$'});
-    const xcb_window_t window = found.section(u'\n', 0, 0).toUInt();
-    xcb_connection_t *const connection = xcb_connect(nullptr, nullptr);
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    xcb_get_geometry_reply_t *const size =
-        xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr);
-    xcb_translate_coordinates_reply_t *const corner = xcb_translate_coordinates_reply(
-        connection, xcb_translate_coordinates(connection, window, root, 0, 0), nullptr);
-    const QRect place =
-        size && corner ? QRect(corner->dst_x, corner->dst_y, size->width, size->height) : QRect();
-    std::free(size);
-    std::free(corner);
-    xcb_disconnect(connection);
-    return place;
 }
 
 void PrivateDisplay::movePointer(QPoint to) const

@@ -3,7 +3,6 @@
 #pragma once
 #include <QPoint>
 #include <QProcess>
-#include <QRect>
 #include <QSize>
 #include <QStringList>
 
@@ -27,11 +26,6 @@ public:
     /// Pointer and keys, in the words of xdotool. Returns when they are sent; events are handled
     /// meanwhile.
     void act(const QStringList &words) const;
-    /// What xdotool answers; empty where it finds nothing.
-    [[nodiscard]] QString ask(const QStringList &words) const;
-    /// What a window of another program shows, on the display, without its frame; empty where there
-    /// is none of that title.
-    [[nodiscard]] QRect placeOf(const QString &title) const;
     /// Moves the pointer there, by a way of several steps as a hand does.
     void movePointer(QPoint to) const;
     void press() const { act({QStringLiteral("mousedown"), QStringLiteral("1")}); }
