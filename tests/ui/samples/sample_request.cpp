@@ -4,6 +4,8 @@
 
 #include "tests/ui/samples/sample_texts.h"
 
+using namespace Qt::StringLiterals;
+
 namespace veltro {
 namespace {
 
@@ -11,8 +13,8 @@ Format pictureFormat(const QString &codec, int height)
 {
     Format format;
     format.id = QString::number(height);
-    format.ext = QStringLiteral("mp4");
-    format.resolution = QStringLiteral("%1x%2").arg(height * 16 / 9).arg(height);
+    format.ext = u"mp4"_s;
+    format.resolution = u"%1x%2"_s.arg(height * 16 / 9).arg(height);
     format.fps = height > 480 ? 60 : 30;
     format.vcodec = codec;
     format.isVideoOnly = true;
@@ -49,7 +51,7 @@ std::vector<MediaInfo> entries()
     for (int number = 0; number < 40; ++number) {
         MediaInfo entry;
         entry.title = sampleTitles().at(number % sampleTitles().size());
-        entry.webpageURL = QUrl(QStringLiteral("https://video.example/%1").arg(number));
+        entry.webpageURL = QUrl(u"https://video.example/%1"_s.arg(number));
         entry.durationSeconds = 61.0 * number;
         all.push_back(entry);
     }
@@ -59,17 +61,17 @@ std::vector<MediaInfo> entries()
 MediaInfo infoOf(SampleRequest::Page page)
 {
     MediaInfo info;
-    info.uploader = QStringLiteral("The harbour's archive");
-    info.webpageURL = QUrl(QStringLiteral("https://video.example/watch"));
+    info.uploader = u"The harbour's archive"_s;
+    info.webpageURL = QUrl(u"https://video.example/watch"_s);
     switch (page) {
     case SampleRequest::Mixed:
-        info.formats = formatsOf(QStringLiteral("avc1.640028"));
-        info.formats.push_back(pictureFormat(QStringLiteral("vp9"), 4320));
-        info.formats.push_back(soundFormat(QStringLiteral("m4a"), QStringLiteral("mp4a.40.2")));
-        info.formats.push_back(soundFormat(QStringLiteral("webm"), QStringLiteral("opus")));
+        info.formats = formatsOf(u"avc1.640028"_s);
+        info.formats.push_back(pictureFormat(u"vp9"_s, 4320));
+        info.formats.push_back(soundFormat(u"m4a"_s, u"mp4a.40.2"_s));
+        info.formats.push_back(soundFormat(u"webm"_s, u"opus"_s));
         break;
     case SampleRequest::Unplayable:
-        info.formats = formatsOf(QStringLiteral("av01.0.08M.08"));
+        info.formats = formatsOf(u"av01.0.08M.08"_s);
         info.uploader = std::nullopt;
         break;
     case SampleRequest::Formatless:
@@ -86,24 +88,12 @@ MediaInfo infoOf(SampleRequest::Page page)
 
 }
 
-void SampleRequest::setPage(Page page)
-{
-    m_page = page;
-    Q_EMIT changed();
-}
-
-void SampleRequest::setTitle(int title)
-{
-    m_title = title;
-    Q_EMIT changed();
-}
-
 QVariant SampleRequest::request() const
 {
-    MediaInfo info = infoOf(m_page);
-    info.title = sampleTitles().at(m_title % sampleTitles().size());
-    return QVariant::fromValue(FormatPickRequest{
-        QUuid::createUuid(), QUrl(QStringLiteral("https://video.example/watch")), info});
+    MediaInfo info = infoOf(page);
+    info.title = sampleTitles().at(title % sampleTitles().size());
+    return QVariant::fromValue(
+        FormatPickRequest{QUuid::createUuid(), QUrl(u"https://video.example/watch"_s), info});
 }
 
 }

@@ -13,9 +13,9 @@ namespace veltro {
 class SampleRequest : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(Page page READ page WRITE setPage NOTIFY changed)
+    Q_PROPERTY(Page page MEMBER page NOTIFY changed)
     /// Which of the sample titles; past the last begins again.
-    Q_PROPERTY(int title READ title WRITE setTitle NOTIFY changed)
+    Q_PROPERTY(int title MEMBER title NOTIFY changed)
     Q_PROPERTY(QVariant request READ request NOTIFY changed)
 public:
     /// Of many formats; of formats that do not play as they are; without a list of formats; a list
@@ -25,18 +25,13 @@ public:
 
     using QObject::QObject;
 
-    [[nodiscard]] Page page() const { return m_page; }
-    void setPage(Page page);
-    [[nodiscard]] int title() const { return m_title; }
-    void setTitle(int title);
     [[nodiscard]] QVariant request() const;
+
+    Page page = Mixed;
+    int title = 0;
 
 Q_SIGNALS:
     void changed();
-
-private:
-    Page m_page = Mixed;
-    int m_title = 0;
 };
 
 }
