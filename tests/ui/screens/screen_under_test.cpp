@@ -22,11 +22,6 @@ QList<QQuickItem *> itemsWhere(QQuickItem &above, const ItemTest &test)
     return found;
 }
 
-void ScreenUnderTest::prepare()
-{
-    applyAppearance();
-}
-
 ScreenUnderTest::ScreenUnderTest(const char *file, const QVariantMap &properties)
 {
     applyAppearance();

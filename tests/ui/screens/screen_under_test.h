@@ -18,9 +18,6 @@ using ItemTest = std::function<bool(const QQuickItem &)>;
 /// is asked for and not there ends the test.
 class ScreenUnderTest {
 public:
-    /// Sets what the program sets before its first window.
-    static void prepare();
-
     ScreenUnderTest(const char *file, const QVariantMap &properties);
 
     [[nodiscard]] QQuickItem *root() const { return m_view.rootObject(); }
@@ -33,7 +30,6 @@ public:
     {
         return itemsWhere(*m_view.contentItem(), test);
     }
-    [[nodiscard]] QQuickItem *itemWhere(const ItemTest &test) const { return items(test).value(0); }
     /// The first item of this object name.
     [[nodiscard]] QQuickItem *named(const char *name) const
     {
@@ -42,10 +38,6 @@ public:
     [[nodiscard]] static QQuickItem *named(QQuickItem *above, const char *name);
     /// The first item that is seen and has this text; null when there is none.
     [[nodiscard]] QQuickItem *withText(const char *text) const;
-    [[nodiscard]] bool shows(const QString &text) const
-    {
-        return withText(text.toUtf8().constData()) != nullptr;
-    }
 
     /// The signal of the screen's own of this name.
     [[nodiscard]] QMetaMethod signalNamed(const char *name) const;
