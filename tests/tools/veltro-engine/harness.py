@@ -9,6 +9,7 @@ import json
 import os
 import pathlib
 import subprocess
+import sys
 import tempfile
 import unittest
 import urllib.request
@@ -16,6 +17,7 @@ import urllib.request
 ROOT = pathlib.Path(__file__).resolve().parents[3]
 BUNDLE = pathlib.Path(os.environ["VELTRO_BUNDLE"])
 MEDIA = os.environ["VELTRO_TEST_MEDIA"]
+sys.path.append(str(ROOT / "tests/site"))  # for the tables of its pages
 LONGEST = 120  # seconds; a run that takes longer hangs
 
 

@@ -7,6 +7,7 @@ import unittest
 
 import harness
 from harness import decoded, names, streams
+from testsite.pages import titles
 
 # Page, streams of the saved file, side files' endings.
 SAVED = [
@@ -37,11 +38,6 @@ SAVED = [
     ("/with%20space/%D0%B8%20%D0%BA%D0%B8%D1%80%D0%B8%D0%BB%D0%BB%D0%B8%D1%86%D0%B0",
      ["h264", "aac"], []),
 ]
-
-HOSTILE = ["slashes", "absolute", "two-dots", "dots", "leading-dot", "leading-dash", "nul",
-           "controls", "newline", "bidi", "cyrillic", "latin", "combining", "emoji", "surrogate",
-           "template", "shell", "markup", "separators", "reserved", "home", "dashes",
-           "line-separator", "empty", "blank", "extension", "nul-entity"]
 
 
 class Pages(harness.Case):
@@ -92,9 +88,9 @@ class Pages(harness.Case):
                 self.assertEqual(decoded(self.save(page).files[0]), whole)
 
     def test_a_hostile_title_names_a_file_in_the_folder(self):
-        outcome = self.save(*[f"/title/{name}" for name in HOSTILE])
+        outcome = self.save(*titles.ROUTES)
         self.assertEqual(outcome.error, "")
-        self.assertEqual(len(outcome.files), len(HOSTILE))
+        self.assertEqual(len(outcome.files), len(titles.ROUTES))
         for file in outcome.files:
             self.assertEqual(file.parent, self.folder)
             self.assertTrue(file.is_file(), file)
