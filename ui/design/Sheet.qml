@@ -19,6 +19,20 @@ T.Dialog {
     padding: 0
     closePolicy: T.Popup.CloseOnEscape
     title: root.accessibleName // which its accessible object is called by
+    onOpened: root.keepFocus()
+    onActiveFocusChanged: if (root.opened && !root.activeFocus)
+        Qt.callLater(root.keepFocus)
+
+    // A tab that opens beneath it asks for the keyboard; only what lies over it may have that.
+    function keepFocus() {
+        const window = root.parent ? root.parent.Window : null;
+        for (let item = window ? window.activeFocusItem : root.parent; item; item = item.parent) {
+            if (item === root.parent)
+                return;
+        }
+        if (root.opened && window.active)
+            root.forceActiveFocus();
+    }
 
     T.Overlay.modal: Dim {}
     background: Surface {

@@ -52,13 +52,13 @@ bool LastInput::eventFilter(QObject *watched, QEvent *event)
     case QEvent::KeyPress:
     case QEvent::ShortcutOverride: // all that is seen of a shortcut
         if (!isHeldKey(static_cast<const QKeyEvent *>(event)->key())) {
-            m_kind = Kind::key;
+            m_isKey = true;
         }
         break;
     case QEvent::MouseButtonPress:
     case QEvent::TouchBegin:
     case QEvent::TabletPress:
-        m_kind = Kind::pointer;
+        m_isKey = false;
         break;
     default:
         break;
@@ -69,7 +69,7 @@ bool LastInput::eventFilter(QObject *watched, QEvent *event)
 void LastInput::showFocus(QObject *focused) const
 {
     const QVariant reason = focused ? focused->property("focusReason") : QVariant();
-    if (isKey() && reason.isValid() && !isShown(reason.value<Qt::FocusReason>())) {
+    if (m_isKey && reason.isValid() && !isShown(reason.value<Qt::FocusReason>())) {
         focused->setProperty("focusReason", QVariant::fromValue(Qt::ShortcutFocusReason));
     }
 }

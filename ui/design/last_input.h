@@ -22,19 +22,16 @@ public:
     /// For the QML engine.
     static LastInput *create(QQmlEngine *engine, QJSEngine *scripts);
 
-    // Neither of them holds before the first input.
-    Q_INVOKABLE [[nodiscard]] bool isKey() const { return m_kind == Kind::key; }
-    Q_INVOKABLE [[nodiscard]] bool isPointer() const { return m_kind == Kind::pointer; }
+    /// Neither was it before the first input.
+    Q_INVOKABLE [[nodiscard]] bool isKey() const { return m_isKey; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    enum class Kind { none, key, pointer };
-
     explicit LastInput(QObject *parent);
     void showFocus(QObject *focused) const;
 
-    Kind m_kind = Kind::none;
+    bool m_isKey = false;
 };
 
 }

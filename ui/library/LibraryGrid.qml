@@ -15,7 +15,7 @@ FocusScope {
     readonly property LibrarySelection selection: root.screen.selection
     /// Where the keyboard stands; at first on the first tile, which nothing has chosen yet.
     readonly property int currentRow: Math.max(0, root.selection.currentRow)
-    /// The pointer has chosen last: the outline says which, and no ring is wanted around it.
+    /// No key has led here: the outline says what is chosen, and no ring is wanted around it.
     property bool chosenByPointer: false
 
     function showCurrent() {
@@ -51,7 +51,7 @@ FocusScope {
         anchors.rightMargin: -12
         focus: true
         activeFocusOnTab: true
-        onActiveFocusChanged: root.chosenByPointer = view.activeFocus && LastInput.isPointer()
+        onActiveFocusChanged: root.chosenByPointer = view.activeFocus && !LastInput.isKey()
         clip: true
         cacheBuffer: 400
         topMargin: 4
@@ -140,6 +140,7 @@ FocusScope {
                 // A screen reader takes the keyboard to one tile; the grid is what keeps it.
                 onActiveFocusChanged: if (tile.activeFocus) {
                     view.forceActiveFocus(Qt.OtherFocusReason);
+                    root.chosenByPointer = false;
                     root.selection.standAt(cell.itemId);
                 }
                 onMenuWanted: (x, y) => cell.openMenu(x, y)
