@@ -57,7 +57,9 @@ Column {
             contentHeight: notesLabel.implicitHeight
             clip: true
             boundsBehavior: Flickable.StopAtBounds
-            T.ScrollBar.vertical: ThinScrollBar {}
+            T.ScrollBar.vertical: ThinScrollBar {
+                policy: T.ScrollBar.AlwaysOn
+            }
 
             Label {
                 id: notesLabel

@@ -23,6 +23,8 @@ Sheet {
 
     contentItem: FocusScope {
         focus: true
+        Keys.onUpPressed: message.scroll(-40)
+        Keys.onDownPressed: message.scroll(40)
 
         Column {
             id: column
@@ -40,13 +42,21 @@ Sheet {
                 Accessible.role: Accessible.AlertMessage
             }
             Flickable {
+                id: message
+
+                function scroll(by: real) {
+                    message.contentY = Math.max(0, Math.min(message.contentHeight - message.height, message.contentY + by));
+                }
+
                 width: parent.width
                 height: Math.min(messageLabel.implicitHeight, 260)
                 contentHeight: messageLabel.implicitHeight
                 clip: contentHeight > height
                 interactive: contentHeight > height
                 boundsBehavior: Flickable.StopAtBounds
-                T.ScrollBar.vertical: ThinScrollBar {}
+                T.ScrollBar.vertical: ThinScrollBar {
+                    policy: T.ScrollBar.AlwaysOn // or nobody would know that there is more
+                }
 
                 Label {
                     id: messageLabel

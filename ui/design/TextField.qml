@@ -25,6 +25,7 @@ T.TextField {
     font.pixelSize: 13
     selectByMouse: true
     verticalAlignment: TextInput.AlignVCenter
+    opacity: root.enabled ? 1 : 0.5
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
 

@@ -24,6 +24,7 @@ T.ComboBox {
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     currentIndex: root.choice
+    opacity: root.enabled ? 1 : 0.5
     Accessible.role: Accessible.ComboBox
     Accessible.name: root.name
     Accessible.description: root.displayText
