@@ -21,7 +21,7 @@ T.Dialog {
     title: root.accessibleName // which its accessible object is called by
     onOpened: root.keepFocus()
     onActiveFocusChanged: if (root.opened && !root.activeFocus)
-        Qt.callLater(root.keepFocus)
+        Qt.callLater(root.keepFocus) // qmllint disable
 
     // A tab that opens beneath it asks for the keyboard; only what lies over it may have that.
     function keepFocus() {

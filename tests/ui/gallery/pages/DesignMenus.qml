@@ -14,7 +14,7 @@ Rectangle {
     color: Theme.page
 
     Window.onWindowChanged: if (Window.window)
-        Qt.callLater(() => {
+        Qt.callLater(() => { // qmllint disable
             file.popup(12, 34); // qmllint disable
             box.popup.open(); // qmllint disable
         })
