@@ -56,7 +56,8 @@ Program::Program()
     m_qml.addImportPath(QStringLiteral(":/qt/qml"));
     // Plugins are made known to an engine on this thread: with theirs loaded, what follows need not
     // wait for it.
-    QQmlComponent(&m_qml).setData("import QtQuick\nimport QtQuick.Templates as T\nT.Control {}", QUrl());
+    QQmlComponent(&m_qml).setData("import QtQuick\nimport QtQuick.Templates as T\nT.Control {}",
+                                  QUrl());
     // A child of the engine.
     new QQmlComponent(&m_qml, mainWindowFile(), QQmlComponent::Asynchronous, &m_qml);
 }
