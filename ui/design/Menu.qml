@@ -28,10 +28,18 @@ T.Menu {
     }
 
     // Who opened it by a key sees where the arrow keys go on from.
-    onOpened: {
-        for (let line = 0; LastInput.isKey() && root.currentIndex < 0 && line < root.count; ++line) {
-            if (root.itemAt(line).visible && root.itemAt(line).enabled)
+    onOpened: if (LastInput.isKey() && root.currentIndex < 0)
+        root.step(1)
+
+    // Around the ends, and past what cannot be chosen.
+    function step(by: int) {
+        let line = by < 0 ? Math.max(0, root.currentIndex) : root.currentIndex;
+        for (let tried = 0; tried < root.count; ++tried) {
+            line = (line + by + root.count) % root.count;
+            if (root.itemAt(line).activeFocusOnTab) {
                 root.currentIndex = line;
+                return;
+            }
         }
     }
 
@@ -42,7 +50,9 @@ T.Menu {
         currentIndex: root.currentIndex
         interactive: contentHeight > height
         clip: interactive
-        keyNavigationEnabled: false // the menu's own leaves out what cannot be chosen
+        keyNavigationEnabled: false
+        Keys.onUpPressed: root.step(-1)
+        Keys.onDownPressed: root.step(1)
         boundsBehavior: Flickable.StopAtBounds
     }
     background: Surface {

@@ -262,7 +262,7 @@ void TestMainWindow::whoComesByKeySeesTheFocus()
     // A menu begins on its first line, and the window that it opens on its first control.
     QTest::keyClick(&window, Qt::Key_F10);
     QTRY_VERIFY(value("menuPaste", "highlighted").toBool());
-    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}) {
+    for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Up, Qt::Key_Return}) { // around its end
         QTest::keyClick(&window, key);
     }
     auto *settings = qobject_cast<QQuickWindow *>(&m_bench->popup("settingsWindow"));
