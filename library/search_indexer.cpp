@@ -6,6 +6,7 @@
 #include "library/download_item.h"
 #include "library/library_row.h"
 #include "library/model_container.h"
+#include "platform/background_thread.h"
 #include "platform/log.h"
 
 #include <algorithm>
@@ -13,7 +14,6 @@
 #include <condition_variable>
 #include <mutex>
 #include <string>
-#include <sys/resource.h>
 #include <utility>
 
 namespace veltro {
@@ -122,7 +122,9 @@ void indexWhatIsMissing(ModelContainer &library, SearchIndex &index, const std::
             index.indexItems(readItems(database, ids.data() + done, ids.data() + end));
             index.finish();
             done = end;
-            pause(rest * (Clock::now() - begun), stop);
+            if (done < ids.size()) {
+                pause(rest * (Clock::now() - begun), stop);
+            }
         }
     } catch (const StoreError &error) {
         logLine(LogTag::engine, error.what());
@@ -132,8 +134,7 @@ void indexWhatIsMissing(ModelContainer &library, SearchIndex &index, const std::
 std::jthread indexWhatIsMissingInBackground(std::shared_ptr<ModelContainer> library)
 {
     return std::jthread([library = std::move(library)](const std::stop_token &stop) {
-        constexpr int lowest = 19;
-        setpriority(PRIO_PROCESS, 0, lowest); // of this thread alone
+        giveWayToOthers();
         indexWhatIsMissing(*library, SearchIndex::standard(), stop, restInBackground);
     });
 }

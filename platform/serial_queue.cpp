@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/serial_queue.h"
 
+#include "platform/background_thread.h"
+
 #include <cstddef>
 #include <pthread.h>
-#include <sys/resource.h>
 
 namespace veltro {
 
@@ -43,8 +44,7 @@ void SerialQueue::run()
     const std::size_t skipped = m_label.size() > longest ? m_label.size() - longest : 0;
     pthread_setname_np(pthread_self(), m_label.c_str() + skipped);
     if (m_priority == Priority::background) {
-        constexpr int lowest = 19;
-        setpriority(PRIO_PROCESS, 0, lowest); // of this thread alone
+        giveWayToOthers();
     }
     for (;;) {
         std::unique_lock guard(m_lock);
