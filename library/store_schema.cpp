@@ -55,27 +55,29 @@ CREATE TRIGGER DownloadItem_removed AFTER DELETE ON DownloadItem BEGIN
 END;
 )";
 
-bool hasKeyTable(Database &database)
-{
-    return database.number("SELECT count(*) FROM sqlite_master WHERE name = 'RowSearchKey'") == 1;
-}
+struct Made {
+    bool records = false;
+    bool keys = false;
+};
 
-/// Whether the file has this version's tables; false for an empty one.
-bool hasTables(Database &database)
+/// What the file has of this version's tables; nothing when it is empty.
+Made tablesIn(Database &database)
 {
     const qint64 version = database.number("PRAGMA user_version");
     if (version > storeVersion) {
         throw StoreError(StoreError::Kind::newer, "version " + std::to_string(version));
     }
-    const qint64 known = database.number(
-        "SELECT count(*) FROM sqlite_master WHERE name IN ('DownloadItem', 'CookieJar')");
-    if (version == storeVersion && known == 2) {
-        return true;
+    Statement count = database.prepare(
+        "SELECT count(*) FILTER (WHERE name IN ('DownloadItem', 'CookieJar')), "
+        "count(*) FILTER (WHERE name = 'RowSearchKey'), count(*) FROM sqlite_master");
+    count.step();
+    if (version == storeVersion && count.integer(0) == 2) {
+        return {true, count.integer(1) == 1};
     }
-    if (version != 0 || database.number("SELECT count(*) FROM sqlite_master") != 0) {
+    if (version != 0 || count.integer(2) != 0) {
         throw StoreError(StoreError::Kind::foreign, "other tables");
     }
-    return false;
+    return {};
 }
 
 /// A write-ahead log, and commits that are on the disk when they return.
@@ -84,8 +86,12 @@ void makeDurable(Database &database)
     if (database.text("PRAGMA journal_mode = WAL") != QLatin1String("wal")) {
         throw StoreError(StoreError::Kind::other, "no write-ahead log here");
     }
+    const auto isFull = [&] { return database.number("PRAGMA synchronous") == synchronousFull; };
+    if (isFull()) {
+        return; // as it is built, mostly
+    }
     database.execute("PRAGMA synchronous = FULL");
-    if (database.number("PRAGMA synchronous") != synchronousFull) {
+    if (!isFull()) {
         throw StoreError(StoreError::Kind::other, "commits would not be durable");
     }
 }
@@ -95,16 +101,17 @@ void makeDurable(Database &database)
 void prepareStore(Database &database)
 {
     // What is not ours is looked at, and left as it is.
-    const bool isMade = hasTables(database);
+    Made made = tablesIn(database);
     makeDurable(database);
-    if (isMade && hasKeyTable(database)) {
+    if (made.records && made.keys) {
         return;
     }
     Transaction transaction(database);
-    if (!hasTables(database)) { // another connection may have been first
+    made = tablesIn(database); // another connection may have been first
+    if (!made.records) {
         database.execute(tables);
     }
-    if (!hasKeyTable(database)) {
+    if (!made.keys) {
         database.execute(keyTable);
     }
     transaction.commit();
