@@ -9,7 +9,7 @@ import statistics
 import subprocess
 import tempfile
 
-from measuring import paired, seconds, verdict
+from measuring import paired, seconds, seconds_to_line, verdict
 
 ITEMS = 100_000
 ROWS = 50
@@ -51,7 +51,7 @@ def differences(sums):
 def library_open(place):
     with store(place) as file:
         ours, baseline = paired(
-            lambda: seconds(program(place, "open", file, ROWS)),
+            lambda: seconds_to_line(program(place, "open", file, ROWS)),
             lambda: seconds(["sqlite3", str(file), NEWEST]), 21)
         yield verdict(ours, baseline, "the sqlite3 tool selecting the same rows", 2.0)
         # What a process that only loads the libraries works is not the library's.

@@ -52,6 +52,17 @@ def seconds(command, **keywords):
     return time.monotonic() - begin
 
 
+def seconds_to_line(command):
+    """The time from exec to the first line of output. What the process takes to end is not in it."""
+    begin = time.monotonic()
+    with subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE) as process:
+        line = process.stdout.readline()
+        end = time.monotonic()
+    if not line or process.returncode != 0:
+        raise subprocess.CalledProcessError(process.returncode, command)
+    return end - begin
+
+
 def paired(ours, baseline, pairs):
     """Runs both in turn, after one run of each that does not count; two lists of seconds."""
     ours()
