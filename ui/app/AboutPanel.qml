@@ -16,7 +16,7 @@ Sheet {
     AboutInformation {
         id: information
     }
-    contentItem: FocusScope {
+    contentItem: ButtonScope {
         focus: true
 
         Column {
@@ -53,8 +53,6 @@ Sheet {
                 text: qsTr("OK")
                 horizontalPadding: 24
                 onClicked: root.close()
-                Keys.onReturnPressed: root.close()
-                Keys.onEnterPressed: root.close()
             }
         }
     }

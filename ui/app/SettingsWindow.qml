@@ -36,24 +36,21 @@ T.ApplicationWindow {
         sequences: ["Escape", "Ctrl+W"]
         onActivated: root.close()
     }
-    Loader {
-        id: screen
+    ButtonScope {
         anchors.fill: parent
         focus: true
-        // As in the main window's tab.
-        Keys.onReturnPressed: screen.pressFocused()
-        Keys.onEnterPressed: screen.pressFocused()
-        onLoaded: (screen.item as Item).focus = true
 
-        function pressFocused() {
-            const button = root.activeFocusItem as T.AbstractButton;
-            if (button && button.enabled)
-                button.clicked();
-        }
-        function load() {
-            screen.setSource(ScreenFiles.file("Settings", "SettingsMacView"), {
-                "store": root.store
-            });
+        Loader {
+            id: screen
+            anchors.fill: parent
+            focus: true
+            onLoaded: (screen.item as Item).focus = true
+
+            function load() {
+                screen.setSource(ScreenFiles.file("Settings", "SettingsMacView"), {
+                    "store": root.store
+                });
+            }
         }
     }
 }

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 pragma ComponentBehavior: Bound
 import QtQuick
-import QtQuick.Templates as T
 import Veltro.App
+import Veltro.Design
 import Veltro.Home
 import Veltro.Types
 
@@ -22,40 +22,38 @@ Item {
         store: root.store
         home: root.home
     }
-    Loader {
-        id: other
-
-        readonly property url file: {
-            switch (root.store.selectedTab) {
-            case Tab.Downloads:
-                return ScreenFiles.file("Downloads", "DownloadsMacView");
-            case Tab.Library:
-                return ScreenFiles.file("Library", "LibraryMacView");
-            case Tab.Settings:
-                return ScreenFiles.file("Settings", "SettingsMacView");
-            default:
-                return "";
-            }
-        }
-
+    // Home has its own use for Return.
+    ButtonScope {
         anchors.fill: parent
         focus: true
-        // Home has its own use for Return; elsewhere it presses what has the focus, as Space does.
-        Keys.onReturnPressed: other.pressFocused()
-        Keys.onEnterPressed: other.pressFocused()
-        onFileChanged: other.load()
-        Component.onCompleted: other.load()
-        onLoaded: (other.item as Item).forceActiveFocus()
 
-        function pressFocused() {
-            const button = root.Window.activeFocusItem as T.AbstractButton;
-            if (button && button.enabled)
-                button.clicked();
-        }
-        function load() {
-            other.setSource(other.file, {
-                "store": root.store
-            });
+        Loader {
+            id: other
+
+            readonly property url file: {
+                switch (root.store.selectedTab) {
+                case Tab.Downloads:
+                    return ScreenFiles.file("Downloads", "DownloadsMacView");
+                case Tab.Library:
+                    return ScreenFiles.file("Library", "LibraryMacView");
+                case Tab.Settings:
+                    return ScreenFiles.file("Settings", "SettingsMacView");
+                default:
+                    return "";
+                }
+            }
+
+            anchors.fill: parent
+            focus: true
+            onFileChanged: other.load()
+            Component.onCompleted: other.load()
+            onLoaded: (other.item as Item).forceActiveFocus()
+
+            function load() {
+                other.setSource(other.file, {
+                    "store": root.store
+                });
+            }
         }
     }
 }

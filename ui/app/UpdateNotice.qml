@@ -104,8 +104,6 @@ Column {
             foreground: Theme.ink
             strokeColor: Theme.hairline
             onClicked: root.laterRequested()
-            Keys.onReturnPressed: root.laterRequested()
-            Keys.onEnterPressed: root.laterRequested()
         }
         CapsuleButton {
             visible: root.offers && root.canInstall

@@ -27,7 +27,7 @@ Sheet {
         target: root.updates
     }
 
-    contentItem: FocusScope {
+    contentItem: ButtonScope {
         focus: true
 
         UpdateNotice {

@@ -19,7 +19,7 @@ Sheet {
     onAboutToShow: links.text = ""
     onClosed: root.store.showBatchPaste = false
 
-    contentItem: FocusScope {
+    contentItem: ButtonScope {
         focus: true
 
         BatchLinks {

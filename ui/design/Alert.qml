@@ -21,7 +21,7 @@ Sheet {
 
     onOpened: acceptButton.forceActiveFocus()
 
-    contentItem: FocusScope {
+    contentItem: ButtonScope {
         focus: true
         Keys.onUpPressed: message.scroll(-40)
         Keys.onDownPressed: message.scroll(40)
@@ -84,8 +84,6 @@ Sheet {
                     font.pixelSize: 13
                     horizontalPadding: 18
                     onClicked: root.close()
-                    Keys.onReturnPressed: root.close()
-                    Keys.onEnterPressed: root.close()
                 }
                 CapsuleButton {
                     id: acceptButton
@@ -95,8 +93,6 @@ Sheet {
                     font.pixelSize: 13
                     horizontalPadding: 22
                     onClicked: root.accept()
-                    Keys.onReturnPressed: root.accept()
-                    Keys.onEnterPressed: root.accept()
                 }
             }
         }

@@ -25,7 +25,7 @@ Sheet {
     accessibleName: qsTr("Download details")
     onOpened: closeButton.forceActiveFocus()
 
-    contentItem: FocusScope {
+    contentItem: ButtonScope {
         focus: true
 
         Label {
@@ -96,8 +96,6 @@ Sheet {
             font.pixelSize: 13
             horizontalPadding: 22
             onClicked: root.close()
-            Keys.onReturnPressed: root.close()
-            Keys.onEnterPressed: root.close()
         }
         // What the sheet would be high if all of it were to be seen.
         Item {

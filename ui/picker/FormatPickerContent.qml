@@ -6,7 +6,7 @@ import Veltro.Design
 import Veltro.Picker
 
 /// What the picker shows of a page: its head, the lists by kind, and the rows of one of them.
-FocusScope {
+ButtonScope {
     id: root
 
     required property FormatPicker picker

@@ -21,8 +21,6 @@ T.Button {
     Accessible.name: root.title
     Accessible.description: root.trailing === "" ? root.leading : qsTr("%1, %2").arg(root.leading).arg(root.trailing)
     Accessible.onPressAction: root.clicked()
-    Keys.onReturnPressed: root.clicked()
-    Keys.onEnterPressed: root.clicked()
 
     contentItem: Item {
         implicitHeight: texts.implicitHeight

@@ -26,7 +26,9 @@ Sheet {
         target: root.site
     }
 
-    contentItem: Item {
+    contentItem: ButtonScope {
+        focus: true
+
         AddSiteForm {
             id: form
             x: 24

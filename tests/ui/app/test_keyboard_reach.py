@@ -95,5 +95,6 @@ class KeyboardReachTest(SessionTest):
         self.keys.go_to("push button", "Add a site")
         self.keys.press("Return")
         self.tree.get("dialog", "Add a logged-in site")
-        self.keys.press("Escape")
+        self.keys.go_to("push button", "Cancel")
+        self.keys.press("Return")
         self.tree.wait_until_gone("dialog", "Add a logged-in site")
