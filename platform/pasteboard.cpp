@@ -10,8 +10,6 @@
 #include <QMimeData>
 #include <QPointer>
 
-#include <utility>
-
 namespace veltro {
 namespace {
 
@@ -54,9 +52,9 @@ void answer(const Pasteboard::Reply &reply, Pasteboard::Use use, std::optional<Q
 
 }
 
-void Pasteboard::read(Use use, QObject *, Reply reply)
+void Pasteboard::read(Use use, QObject *, const Reply &reply)
 {
-    answer(std::exchange(reply, {}), use, text());
+    answer(reply, use, text());
 }
 
 DesktopPasteboard::DesktopPasteboard(QObject *parent) : Pasteboard(parent)
@@ -66,7 +64,7 @@ DesktopPasteboard::DesktopPasteboard(QObject *parent) : Pasteboard(parent)
 
 DesktopPasteboard::~DesktopPasteboard() = default;
 
-void DesktopPasteboard::read(Use use, QObject *context, Reply reply)
+void DesktopPasteboard::read(Use use, QObject *context, const Reply &reply)
 {
     // What we hold ourselves is at hand, and Wayland gives it to nobody but the window system's own
     // connection.
@@ -74,15 +72,13 @@ void DesktopPasteboard::read(Use use, QObject *context, Reply reply)
     const QClipboard &clipboard = *QGuiApplication::clipboard();
     const bool isMarked = use == Use::marked;
     if (!isX11 || (isMarked ? clipboard.ownsSelection() : clipboard.ownsClipboard())) {
-        answer(std::exchange(reply, {}), use,
-               heldText(isMarked ? QClipboard::Selection : QClipboard::Clipboard));
+        answer(reply, use, heldText(isMarked ? QClipboard::Selection : QClipboard::Clipboard));
         return;
     }
     if (!m_reading) {
         m_reading = std::make_unique<SerialQueue>("com.veltro.clipboard");
     }
-    m_reading->async([longest = longestOf(use), context = QPointer(context),
-                      reply = std::move(reply),
+    m_reading->async([longest = longestOf(use), context = QPointer(context), reply,
                       selection = isMarked ? X11Selection::marked : X11Selection::copied] {
         // UTF-8 has at most three bytes for each of a text's units.
         std::optional<QString> held = readX11Clipboard(selection, 3 * longest, longestReading);

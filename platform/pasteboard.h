@@ -31,7 +31,7 @@ public:
     using Reply = std::function<void(const std::optional<QString> &text)>;
     /// Reads the text without waiting for the program that holds it; nothing when it is longer than
     /// that. Replies once, perhaps before this returns, unless the context is gone by then.
-    virtual void read(Use use, QObject *context, Reply reply);
+    virtual void read(Use use, QObject *context, const Reply &reply);
     virtual void setText(const QString &text) = 0;
 
 Q_SIGNALS:
@@ -49,7 +49,7 @@ public:
     ~DesktopPasteboard() override;
 
     [[nodiscard]] std::optional<QString> text() const override;
-    void read(Use use, QObject *context, Reply reply) override;
+    void read(Use use, QObject *context, const Reply &reply) override;
     void setText(const QString &text) override;
 
 private:
