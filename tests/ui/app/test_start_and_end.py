@@ -1,6 +1,8 @@
 # SPDX-FileCopyrightText: Veltro contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The program without a session bus, beside its second start, and closed over a download."""
+"""The program without a session bus, with one that dies, beside its second start, and closed over a
+download."""
+import contextlib
 import pathlib
 import subprocess
 
@@ -36,6 +38,22 @@ class StartAndEndTest(SessionTest):
         self.assertEqual(second.returncode, 0)
         until(lambda: self.site.requests("/plain"), "the request for the page")
         self.assertEqual(len(self.session.windows()), 1)
+
+    def test_a_session_bus_that_dies_takes_nothing_along(self):
+        self.session.start_program()
+        self.session.bus.kill()
+        self.session.bus.wait(LONGEST)
+        self.type_link("/title/markup")
+        until(self.session.saved, "the file")
+        until(self.closes, "the end")
+        self.assertEqual(self.session.program.returncode, 0)
+
+    def closes(self):
+        """Whether a close ends it. It asks first for as long as something is not done."""
+        self.session.xdotool("key", "Escape", "alt+F4")
+        with contextlib.suppress(subprocess.TimeoutExpired):
+            self.session.program.wait(1)
+        return self.session.program.returncode is not None
 
     def partial(self):
         return sum(file.stat().st_size for file in self.session.downloads.glob("*.part"))

@@ -95,9 +95,9 @@ class Session:
         return self.xdotool("getdisplaygeometry")
 
     def start_bus(self):
-        bus = self.start(["dbus-daemon", "--session", "--print-address", "--nofork"],
-                         stdout=subprocess.PIPE, text=True)
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
+        self.bus = self.start(["dbus-daemon", "--session", "--print-address", "--nofork"],
+                              stdout=subprocess.PIPE, text=True)
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.bus.stdout.readline().strip()
 
     def remember_window(self, width, height):
         """As the program does at its end."""
