@@ -4,11 +4,11 @@
 
 #include "ui/design/last_input.h"
 #include "ui/design/spoken_state.h"
+#include "ui/design/text_drawing.h"
 
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QPalette>
-#include <QQuickWindow>
 
 namespace veltro {
 namespace {
@@ -33,7 +33,7 @@ void applyAppearance()
     palette.setColor(QPalette::Highlight, QColor::fromRgb(accentColor));
     palette.setColor(QPalette::HighlightedText, Qt::white);
     QGuiApplication::setPalette(palette);
-    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+    drawTextsAsScreensAllow();
     LastInput::instance();
     tellWhatIsDisabled();
 }
