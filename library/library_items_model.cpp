@@ -8,6 +8,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <deque>
 #include <mutex>
 #include <utility>
 
@@ -27,25 +28,37 @@ void letGo(LibraryRows rows)
 struct LibraryItemsModel::Door : std::enable_shared_from_this<LibraryItemsModel::Door> {
     std::mutex lock;
     LibraryItemsModel *model = nullptr; // guarded by lock; null once the model has turned away
+    std::deque<LibraryUpdate> updates;  // guarded by lock; each has a call under way
 
     void pass(LibraryUpdate update)
     {
-        auto shared = std::make_shared<LibraryUpdate>(std::move(update));
         const std::lock_guard guard(lock);
         if (model != nullptr) {
+            updates.push_back(std::move(update));
             QMetaObject::invokeMethod(
-                model,
-                [door = shared_from_this(), receiver = model, shared] {
-                    if (receiver->m_door == door) {
-                        receiver->take(*shared);
-                    }
-                    // Whoever heard of that may have given the list another container.
-                    if (receiver->m_door == door && shared->hasMore) {
-                        receiver->m_query->goOn();
-                    }
-                },
+                model, [door = shared_from_this(), receiver = model] { door->enter(*receiver); },
                 Qt::QueuedConnection);
         }
+    }
+    /// On the model's thread.
+    void enter(LibraryItemsModel &receiver)
+    {
+        LibraryUpdate update = next();
+        const auto isOpen = [&] { return receiver.m_door.get() == this; };
+        if (isOpen()) {
+            receiver.take(update);
+        }
+        // Whoever heard of that may have given the list another container.
+        if (isOpen() && update.hasMore) {
+            receiver.m_query->goOn();
+        }
+    }
+    LibraryUpdate next()
+    {
+        const std::lock_guard guard(lock);
+        LibraryUpdate first = std::move(updates.front());
+        updates.pop_front();
+        return first;
     }
 };
 
