@@ -7,10 +7,13 @@
 #include "library/cookie_file.h"
 #include "library/model_container.h"
 #include "library/search_indexer.h"
+#include "platform/serial_queue.h"
 
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQuickWindow>
+
+#include <malloc.h>
 
 namespace veltro {
 namespace {
@@ -25,6 +28,12 @@ bool isProgramActive()
 QUrl mainWindowFile()
 {
     return QUrl(QStringLiteral("qrc:/qt/qml/Veltro/App/MainWindow.qml"));
+}
+
+/// What the start has let go of lies between what stays. It takes some milliseconds.
+void giveBackMemory()
+{
+    storeQueue().async([] { malloc_trim(0); });
 }
 
 MacPasteWatcher::Delivery clipboardDelivery()
@@ -101,6 +110,7 @@ void Program::afterFirstFrame()
     disconnect(m_window, &QQuickWindow::frameSwapped, this, nullptr);
     m_window->setProperty("isShown", true);
     WindowMemory::keepOnScreen(*m_window);
+    connect(&m_store, &MacAppStore::engineReadyChanged, this, giveBackMemory);
     m_store.beginEngine();
     detach(openLibrary(this), QStringLiteral("the library"));
 }
