@@ -265,6 +265,7 @@ void VideoPlayer::handleProperty(Observed what, const mpv_event_property &proper
         QSize size = m_videoSize;
         what == Observed::width ? size.setWidth(pixels) : size.setHeight(pixels);
         assign(m_videoSize, size, &VideoPlayer::videoSizeChanged);
+        fitPicture();
         break;
     }
     }

@@ -113,6 +113,7 @@ private:
     void assign(Value &field, const Value &value, void (VideoPlayer::*changed)());
 
     [[nodiscard]] QSize pixelSize() const;
+    void fitPicture();
     QSGNode *openGLNode(QSGNode *old);
     QSGNode *softwareNode(QSGNode *old);
 

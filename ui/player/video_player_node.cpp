@@ -8,7 +8,7 @@
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 
-// What the player shows in the scene. Everything here runs while the scene synchronises: on the
+// What the player shows in the scene. What makes nodes runs while the scene synchronises: on the
 // thread that renders, with the main thread held.
 namespace veltro::player {
 
@@ -59,7 +59,19 @@ QSGNode *VideoPlayer::softwareNode(QSGNode *old)
 void VideoPlayer::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
 {
     QQuickItem::geometryChange(newGeometry, oldGeometry);
+    fitPicture();
     update();
+}
+
+/// A picture that would leave but a pixel or two of black beside it takes them too.
+void VideoPlayer::fitPicture()
+{
+    if (!m_started || !window() || m_videoSize.isEmpty()) {
+        return;
+    }
+    constexpr int littleSpare = 2;
+    const QSize spare = pixelSize() - m_videoSize.scaled(pixelSize(), Qt::KeepAspectRatio);
+    m_core->setFlag("keepaspect", spare.width() > littleSpare || spare.height() > littleSpare);
 }
 
 void VideoPlayer::releaseResources()

@@ -155,6 +155,18 @@ void VideoPlayerTest::drawsItsPicturesWholeAndOpaque()
     QVERIFY(isRed(whole.pixel(2, 2)));
     QVERIFY(isRed(whole.pixel(317, 177)));
 
+    // To the edges, too, where it would leave a pixel of them.
+    m_player->setSize({270, 151});
+    const auto isRedAtItsEdges = [&] {
+        const QImage now = shown();
+        return isRed(now.pixel(0, 80)) && isRed(now.pixel(269, 80)) && isRed(now.pixel(140, 0)) &&
+               isRed(now.pixel(140, 150));
+    };
+    const double position = m_player->positionSeconds();
+    TRY(m_player->positionSeconds() > position + 0.2); // a picture of the new size
+    TRY(isRedAtItsEdges());
+    m_player->setSize(windowSize);
+
     // A square picture stands in the middle, on black.
     QVERIFY(play(u"blue.mp4"_s));
     TRY(qBlue(shown().pixel(160, 90)) > 200);
