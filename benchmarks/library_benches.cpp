@@ -166,6 +166,9 @@ void profile(const std::shared_ptr<ModelContainer> &container, int rows, const S
 
 int run(const QStringList &arguments, const Start &start)
 {
+    if (arguments.size() < 3) {
+        return 2; // without a store's name a nameless one would be made here
+    }
     const QString what = arguments.value(1);
     const std::shared_ptr<ModelContainer> container = makeContainer(arguments.value(2));
     if (!container) {
